@@ -1,0 +1,39 @@
+#include "core/SerialPorts.h"
+
+namespace tarn4x {
+
+namespace {
+
+constexpr int LastPort = 16;
+
+/// Opens or closes a port without a word to the user when that fails.
+void ConnectQuietly(platform::ErrorService& errors, platform::Transport& transport, bool connect) {
+    const bool reporting = errors.ErrorReporting();
+    errors.SetErrorReporting(false);
+    try {
+        transport.Connect(connect);
+    } catch (const platform::AutomationError&) {  // IsConnected tells
+    }
+    errors.SetErrorReporting(reporting);
+}
+
+}  // namespace
+
+std::string ListSerialPorts(platform::Framework& framework, platform::Transport& objComm) {
+    std::string list;
+    const auto port = objComm.Settings()->Item("Comm Port");
+    for (int n = 1; n <= LastPort; ++n) {
+        const auto number = std::to_string(n);
+        const auto entry = "COM" + number + "=" + number;
+        port->SetValueList(entry);
+        port->SetValue(true, true, n);
+        ConnectQuietly(framework.TheErrorService(), objComm, true);
+        if (!objComm.IsConnected()) continue;
+        ConnectQuietly(framework.TheErrorService(), objComm, false);
+        if (!list.empty()) list += ',';
+        list += entry;
+    }
+    return list;
+}
+
+}  // namespace tarn4x

@@ -1,0 +1,12 @@
+#include "core/clsTarn4x.h"
+
+#include "core/SettingsCatalogue.h"
+
+namespace tarn4x {
+
+clsTarn4x::clsTarn4x(std::shared_ptr<platform::Framework> services)
+    : framework(std::move(services)),
+      settings(BuildSettingsCatalogue(*framework)),
+      channel(*framework, *settings) {}
+
+}  // namespace tarn4x
