@@ -103,7 +103,8 @@ bool clsTarn4x::get_ScreenShot(TarnScreenShotModes udtMode, std::vector<std::uin
         block[0] = mark;
         block[1] = countByte;
         const auto copyTo = [&](std::size_t start, std::size_t room, const std::vector<std::uint8_t>& bytes) {
-            std::copy_n(bytes.begin(), std::min(room, bytes.size()), block.begin() + static_cast<std::ptrdiff_t>(start));
+            std::copy_n(bytes.begin(), std::min(room, bytes.size()),
+                        block.begin() + static_cast<std::ptrdiff_t>(start));
         };
         copyTo(2, static_cast<std::size_t>(count), digits);
         if (image) copyTo(dataStart, static_cast<std::size_t>(length), *image);

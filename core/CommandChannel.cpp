@@ -30,9 +30,7 @@ bool IsComplete(std::string_view answer, const std::optional<std::vector<std::st
 }  // namespace
 
 CommandChannel::CommandChannel(platform::Framework& services, platform::SettingsNode& settings)
-    : framework(services),
-      remoteControl(settings.Item("Remote Control")),
-      logMessages(settings.Item("Log Messages")) {}
+    : framework(services), remoteControl(settings.Item("Remote Control")), logMessages(settings.Item("Log Messages")) {}
 
 platform::Transport& CommandChannel::Transport() {
     if (!link) {
@@ -128,7 +126,8 @@ void CommandChannel::CheckErrorQueue() {
 
 void CommandChannel::LogMessage(std::int16_t kind, std::string_view text, std::string_view data) noexcept {
     try {
-        if (ToBoolean(platform::ToText(logMessages->GetValue()))) framework.TheMessageLog().Log(kind, "TARN", text, data);
+        if (ToBoolean(platform::ToText(logMessages->GetValue())))
+            framework.TheMessageLog().Log(kind, "TARN", text, data);
     } catch (...) {  // a log that fails must not break a transfer
         return;
     }

@@ -21,8 +21,9 @@ double FromDecimal(std::string_view text) {
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
     if (result.ec == std::errc::result_out_of_range) {
         const auto integer = text.substr(0, text.find_first_of(".e"));
-        const bool small = text.find("e-") != std::string_view::npos ||
-                           (text.find('e') == std::string_view::npos && integer.find_first_of("123456789") == text.npos);
+        const bool small =
+            text.find("e-") != std::string_view::npos ||
+            (text.find('e') == std::string_view::npos && integer.find_first_of("123456789") == text.npos);
         const double limit = small ? 0.0 : std::numeric_limits<double>::max();
         return text.starts_with('-') ? -limit : limit;
     }

@@ -36,9 +36,7 @@ TimeOfDay TimeOf(Date date) {
     return {seconds / 3600, seconds / 60 % 60, seconds % 60};
 }
 
-Date DateFromTime(int hour, int minute, int second) {
-    return ((hour * 60.0 + minute) * 60.0 + second) / SecondsPerDay;
-}
+Date DateFromTime(int hour, int minute, int second) { return ((hour * 60.0 + minute) * 60.0 + second) / SecondsPerDay; }
 
 Date DateFromDay(int year, int month, int day) {
     if (year >= 0 && year < 100) year += year < 30 ? 2000 : 1900;

@@ -12,7 +12,7 @@ struct Marker {
 };
 
 // In the order of the tests. Both forms of the under-range marker reach the client as one.
-constexpr Marker Markers[] = {{"<", "<"},         {">", ">"},     {"*", "*"},       {"---", "---"},
+constexpr Marker Markers[] = {{"<", "<"},         {">", ">"},       {"*", "*"},       {"---", "---"},
                               {"UNDER", "UNDER"}, {"UND", "UNDER"}, {"OVER", "OVER"}, {"NORF", "NORF"}};
 
 }  // namespace

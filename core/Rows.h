@@ -28,11 +28,11 @@ struct Token {
 struct Read {
     std::string_view Member;
     std::string_view Query;
-    std::string_view Expected = {};     ///< accepted answers; empty: any without "---"
-    std::string_view Delimiter = ",";   ///< of the accepted answers
+    std::string_view Expected = {};    ///< accepted answers; empty: any without "---"
+    std::string_view Delimiter = ",";  ///< of the accepted answers
     AllowedModes Modes = {};
-    std::string_view ModeSource = {};   ///< member that the mode error names, when another
-    std::string_view FailsAs = {};      ///< member that a failure names, when another
+    std::string_view ModeSource = {};  ///< member that the mode error names, when another
+    std::string_view FailsAs = {};     ///< member that a failure names, when another
     bool NeedsManualCodeRate = false;
     std::int32_t Otherwise = 0;         ///< result for an unknown answer and for a stop request
     std::string_view Unknown = {};      ///< text in front of an unknown answer that is raised; empty: not raised

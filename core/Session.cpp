@@ -33,9 +33,8 @@ bool clsTarn4x::get_IDriverSetup_OnLine() { return channel.HasTransport() && mob
 
 void clsTarn4x::put_IDriverSetup_OnLine(bool onLine) {
     if (get_IDriverSetup_OnLine() == onLine) {
-        RaiseThrough(framework->TheErrorService(),
-                     {onLine ? AlreadyOnLine : AlreadyOffLine, "clsTarn4x.OnLine",
-                      onLine ? "Driver already on-line" : "Driver already off-line"});
+        RaiseThrough(framework->TheErrorService(), {onLine ? AlreadyOnLine : AlreadyOffLine, "clsTarn4x.OnLine",
+                                                    onLine ? "Driver already on-line" : "Driver already off-line"});
     }
     if (onLine) {
         GoOnLine();

@@ -5,8 +5,6 @@
 namespace tarn4x {
 
 clsTarn4x::clsTarn4x(std::shared_ptr<platform::Framework> services)
-    : framework(std::move(services)),
-      settings(BuildSettingsCatalogue(*framework)),
-      channel(*framework, *settings) {}
+    : framework(std::move(services)), settings(BuildSettingsCatalogue(*framework)), channel(*framework, *settings) {}
 
 }  // namespace tarn4x

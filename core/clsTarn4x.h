@@ -161,10 +161,10 @@ class clsTarn4x {
 
     // ---- Responses, carriers and spectrum (properties/Responses.cpp) ----
 
-    double get_MeasureFdPhaseResponse();       ///< phase response, degrees [APH]
-    double get_MeasureFdGroupDelayResponse();  ///< group delay response, ns [AGD]
-    double get_MeasureFdAmplitudeResponse();   ///< amplitude response, dB [APH, AGD]
-    void MeasureTdImpulseResponse();           ///< reads the 25 strongest echoes [IR_1]
+    double get_MeasureFdPhaseResponse();                      ///< phase response, degrees [APH]
+    double get_MeasureFdGroupDelayResponse();                 ///< group delay response, ns [AGD]
+    double get_MeasureFdAmplitudeResponse();                  ///< amplitude response, dB [APH, AGD]
+    void MeasureTdImpulseResponse();                          ///< reads the 25 strongest echoes [IR_1]
     double get_ImpulseResponseAtten(std::int16_t intNumber);  ///< attenuation of echo 1 to 25, dB
     double get_ImpulseResponseDelay(std::int16_t intNumber);  ///< delay of echo 1 to 25, us
     std::int16_t get_MeasureOfdmStartCarrier();  ///< first carrier evaluated, 0 to 1704 (2k) or 6816 (8k) [IQ]

@@ -5,8 +5,7 @@
 
 namespace tarn4x::modParameterUtilities {
 
-std::string GetDisplayValue(std::string_view strValueList, std::int16_t intIndex,
-                            platform::ErrorService& errors) {
+std::string GetDisplayValue(std::string_view strValueList, std::int16_t intIndex, platform::ErrorService& errors) {
     const auto entries = Split(strValueList);
     if (intIndex < 0 || static_cast<std::size_t>(intIndex) >= entries.size()) {
         RaiseThrough(errors, {platform::InvalidPropertyValue, "modParameterUtilities.GetDisplayValue",

@@ -26,7 +26,8 @@ std::string Format(std::span<const Token> texts, std::int32_t value, std::string
 
 }  // namespace
 
-// clang-format off: a member is one line
+// A member is one line.
+// clang-format off
 std::string clsTarn4x::FormatFftMode(TarnStatusFftModes udtValue) { return Format(FftTexts, udtValue, answer.Prefix); }
 std::string clsTarn4x::FormatGuardInterval(TarnStatusGuardIntervals udtValue) { return Format(GuardTexts, udtValue, answer.Prefix); }
 std::string clsTarn4x::FormatOrderOfQam(TarnStatusOrderOfQams udtValue) { return Format(QamTexts, udtValue, answer.Prefix); }
@@ -36,12 +37,18 @@ std::string clsTarn4x::FormatCodeRate(TarnStatusCodeRates udtValue) { return For
 
 double clsTarn4x::ValueCodeRate(TarnStatusCodeRates udtValue) {
     switch (udtValue) {
-        case tarn1_2: return 1.0 / 2.0;
-        case tarn2_3: return 2.0 / 3.0;
-        case tarn3_4: return 3.0 / 4.0;
-        case tarn5_6: return 5.0 / 6.0;
-        case tarn7_8: return 7.0 / 8.0;
-        default: return 0.0;
+        case tarn1_2:
+            return 1.0 / 2.0;
+        case tarn2_3:
+            return 2.0 / 3.0;
+        case tarn3_4:
+            return 3.0 / 4.0;
+        case tarn5_6:
+            return 5.0 / 6.0;
+        case tarn7_8:
+            return 7.0 / 8.0;
+        default:
+            return 0.0;
     }
 }
 

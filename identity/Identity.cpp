@@ -11,10 +11,10 @@ struct Option {
 
 // In the order of the tests; each code found goes in front of those before it.
 constexpr Option Options[] = {
-    {0x1, "TARN-B3,"},     {0x2, "EAMOD,"},       {0x4, "RB,"},           {0x8, "AD,"},
-    {0x10, "TARN-B2,"},    {0x20, "TARN-B1,"},    {0x40, "TARN-B4,"},     {0x80, "TARN-B6,"},
-    {0x100, "TARN-B8,"},   {0x200, "TARN-B5,"},   {0x400, "TARN-B10,"},   {0x800, "TARN-B7,"},
-    {0x1000, "TARN-B20,"}, {0x2000, "TARN-K21,"}, {0x4000, "TARN-K22,"},  {0x8000, "TARN-K23,"},
+    {0x1, "TARN-B3,"},     {0x2, "EAMOD,"},          {0x4, "RB,"},           {0x8, "AD,"},
+    {0x10, "TARN-B2,"},    {0x20, "TARN-B1,"},       {0x40, "TARN-B4,"},     {0x80, "TARN-B6,"},
+    {0x100, "TARN-B8,"},   {0x200, "TARN-B5,"},      {0x400, "TARN-B10,"},   {0x800, "TARN-B7,"},
+    {0x1000, "TARN-B20,"}, {0x2000, "TARN-K21,"},    {0x4000, "TARN-K22,"},  {0x8000, "TARN-K23,"},
     {0x7F0000, "EXTMEM,"}, {0x1000000, "TARN-K25,"}, {0x2000000, "EXTREF,"},
 };
 
@@ -45,8 +45,8 @@ std::string clsTarn4x::get_Identity() {
 }
 
 std::string clsTarn4x::IdentityField(std::string_view name, std::string_view source, std::size_t index) {
-    const Operation operation{.Verb = "Get ", .Name = name, .Code = xtarnQueryFailed, .Source = source,
-                              .AsksInstrument = false};
+    const Operation operation{
+        .Verb = "Get ", .Name = name, .Code = xtarnQueryFailed, .Source = source, .AsksInstrument = false};
     return Guarded(operation, [&]() -> std::string {
         const auto identity = get_Identity();
         const auto fields = Split(identity);
@@ -54,7 +54,8 @@ std::string clsTarn4x::IdentityField(std::string_view name, std::string_view sou
     });
 }
 
-// clang-format off: a member is one line
+// A member is one line.
+// clang-format off
 std::string clsTarn4x::get_IDriverIdentify_Manufacturer() { return IdentityField("Manufacturer", "IDriverIdentify_Manufacturer", 0); }
 std::string clsTarn4x::get_IDriverIdentify_ModelNumber() { return IdentityField("ModelNumber", "IDriverIdentify_ModelNumber", 1); }
 std::string clsTarn4x::get_IDriverIdentify_SerialNumber() { return IdentityField("SerialNumber", "IDriverIdentify_SerialNumber", 2); }
@@ -68,8 +69,11 @@ std::string clsTarn4x::get_InstalledHardware() { return get_IDriverIdentify_Inst
 
 std::string clsTarn4x::get_IDriverIdentify_InstalledHardware() {
     if (OptionsRead) return OptionText;
-    const Operation operation{.Verb = "Get ", .Name = "InstalledHardware", .Code = xtarnQueryFailed,
-                              .Source = "IDriverIdentify_InstalledHardware", .AsksInstrument = false};
+    const Operation operation{.Verb = "Get ",
+                              .Name = "InstalledHardware",
+                              .Code = xtarnQueryFailed,
+                              .Source = "IDriverIdentify_InstalledHardware",
+                              .AsksInstrument = false};
     return Guarded(operation, [&]() -> std::string {
         auto text = AskInstalledHardware();
         if (!text) return {};

@@ -25,8 +25,7 @@ inline std::string GeneralNumber(double number) {
     if (exponent < -4 || exponent >= 15) {
         text = digits.substr(0, e);
     } else {
-        const auto fixed =
-            std::to_chars(buffer, std::end(buffer), number, std::chars_format::fixed, 14 - exponent);
+        const auto fixed = std::to_chars(buffer, std::end(buffer), number, std::chars_format::fixed, 14 - exponent);
         text.assign(buffer, fixed.ptr);
     }
     if (text.find('.') != std::string::npos) {

@@ -32,11 +32,8 @@ constexpr Token DemodTokens[] = {{tarnDemodAttenAuto, "AUTO"},
                                  {tarnDemodManualLowAtten, "MNLW"},
                                  {tarnDemodManualLowPreamp, "MNLE"},
                                  {tarnDemodManualHigh, "MNHI"}};
-constexpr Token PortTokens[] = {{tarnReceiver, "RF"},
-                                {tarnDemod, "DEM"},
-                                {tarnIF, "IF"},
-                                {tarnReceiver50ohm, "RF"},
-                                {tarnReceiver75ohm, "RF"}};
+constexpr Token PortTokens[] = {
+    {tarnReceiver, "RF"}, {tarnDemod, "DEM"}, {tarnIF, "IF"}, {tarnReceiver50ohm, "RF"}, {tarnReceiver75ohm, "RF"}};
 constexpr Token ImpedanceTokens[] = {{tarnReceiver50ohm, "O50"}, {tarnReceiver75ohm, "O75"}};
 
 constexpr double DemodValueFirmware = 5.05;  // first firmware that reports it
@@ -152,9 +149,9 @@ void clsTarn4x::put_InputAttenuation_Demod(TarnDemodAttenuations value) {
 }
 
 TarnInputPorts clsTarn4x::get_InputPort() {
-    const auto port = AskToken(
-        {.Member = "InputPort", .Query = "ROUTE:ISELECT?", .Expected = "RF,DEM,IF", .Unknown = UnknownPort},
-        PortTokens);
+    const auto port =
+        AskToken({.Member = "InputPort", .Query = "ROUTE:ISELECT?", .Expected = "RF,DEM,IF", .Unknown = UnknownPort},
+                 PortTokens);
     if (!port) return static_cast<TarnInputPorts>(0);
     if (*port != tarnReceiver || !Guarded(GetOf("InputPort"), [&] { return HasImpedanceOption(); })) {
         return static_cast<TarnInputPorts>(*port);

@@ -9,7 +9,8 @@ constexpr AllowedModes Spectrum{.From = tarnSP_1, .To = tarnSP_3};
 
 }  // namespace
 
-// clang-format off: a member is one line
+// A member is one line.
+// clang-format off
 double clsTarn4x::get_MeasureTsBitrate() { return ReadNumber({.Member = "MeasureTsBitrate", .Query = "READ:DVBT:TS:BITRATE?"}); }
 double clsTarn4x::get_MeasureBitrateOffset() { return ReadNumber({.Member = "MeasureBitrateOffset", .Query = "READ:DVBT:BITRATE:OFFSET?", .FailsAs = "MeasureTsBitrate"}); }
 double clsTarn4x::get_MeasureTdCcdfCrestFactorMargin() { return ReadNumber({.Member = "MeasureTdCcdfCrestFactorMargin", .Query = "READ:DVBT:CREST:MARGIN?", .Modes = {{tarnADIS, tarnCENV, tarnCCDF}}}); }

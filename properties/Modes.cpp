@@ -35,7 +35,8 @@ TarnModes clsTarn4x::get_Mode() {
 void clsTarn4x::put_Mode(TarnModes value) {
     const auto token = TokenOf(ModeTokens, value);
     if (value != tarnDVBT) {
-        RaiseInvalid("Mode", "Invalid property value (Mode = ", token.empty() ? std::to_string(value) : std::string(token));
+        RaiseInvalid("Mode",
+                     "Invalid property value (Mode = ", token.empty() ? std::to_string(value) : std::string(token));
     }
     Guarded(LetOf("Mode"), [&] {
         ImpulseResponseKnown = false;

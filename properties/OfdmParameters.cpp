@@ -29,7 +29,8 @@ constexpr Token MeasuredRateTokens[] = {
 
 }  // namespace
 
-// clang-format off: a member is one line
+// A member is one line.
+// clang-format off
 TarnStatusAlphas clsTarn4x::get_StatusOfdmAlpha() { return ReadToken<TarnStatusAlphas>({.Member = "StatusOfdmAlpha", .Query = "SENSE:DVBT:ALPHA?", .Expected = "NH1,H1,H2,H4", .NeedsManualCodeRate = true}, AlphaTokens); }
 TarnStatusOfdmCodeRateModes clsTarn4x::get_StatusOfdmCodeRateMode() { return ReadToken<TarnStatusOfdmCodeRateModes>({.Member = "StatusOfdmCodeRateMode", .Query = "SENSE:DVBT:CODE:RATE:MODE?", .Expected = "AUTO,MAN,TPS"}, CodeRateModeTokens); }
 TarnStatusFftModes clsTarn4x::get_StatusOfdmFftMode() { return ReadToken<TarnStatusFftModes>({.Member = "StatusOfdmFftMode", .Query = "SENSE:DVBT:FFT:MODE?", .Expected = "AUTO,F2K,F8K", .NeedsManualCodeRate = true}, FftTokens); }
@@ -59,8 +60,8 @@ void clsTarn4x::put_InputAttenHighAdjChanPower(TarnSwitchStates value) { PutPara
 // clang-format on
 
 // The bounds admit numbers without a word (a guard interval of 20): those go out as the bare command.
-void clsTarn4x::PutParameter(const Write& write, std::span<const Token> tokens, std::int32_t value,
-                             std::int32_t lowest, std::int32_t highest, bool needsManualCodeRate) {
+void clsTarn4x::PutParameter(const Write& write, std::span<const Token> tokens, std::int32_t value, std::int32_t lowest,
+                             std::int32_t highest, bool needsManualCodeRate) {
     if (needsManualCodeRate) RequireManualCodeRate(write.Member);
     RequireRange(write.Member, value, lowest, highest);
     WriteToken(write, tokens, value);

@@ -112,9 +112,12 @@ bool clsTarn4x::CarrierModeSelected() {
 
 void clsTarn4x::RequireCarrier(std::string_view member, std::int16_t value, std::string_view argument) {
     switch (get_MeasureFftMode()) {
-        case tarn2k: return RequireRange(member, value, 0, HighestCarrier2k, argument);
-        case tarn8k: return RequireRange(member, value, 0, HighestCarrier8k, argument);
-        default: return;  // without an FFT mode there is no bound
+        case tarn2k:
+            return RequireRange(member, value, 0, HighestCarrier2k, argument);
+        case tarn8k:
+            return RequireRange(member, value, 0, HighestCarrier8k, argument);
+        default:
+            return;  // without an FFT mode there is no bound
     }
 }
 

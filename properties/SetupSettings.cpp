@@ -22,9 +22,9 @@ constexpr double LowestCn = 2.0, HighestCn = 56.0;  // dB
 constexpr std::int32_t HighestSymbolCount = 99999;
 
 constexpr AllowedModes Spectrum{.From = tarnSP_1, .To = tarnSP_3};
-constexpr double HzPerStep = 10'000.0;          // the instrument counts in 10 kHz
-constexpr double SpectrumEdge = 4'480'000.0;    // Hz on either side of the centre
-constexpr double NarrowestSpan = 1'340'000.0;   // Hz
+constexpr double HzPerStep = 10'000.0;         // the instrument counts in 10 kHz
+constexpr double SpectrumEdge = 4'480'000.0;   // Hz on either side of the centre
+constexpr double NarrowestSpan = 1'340'000.0;  // Hz
 
 /// The numbers of an answer "a,b,c", without what is behind their points.
 std::array<int, 3> ThreeNumbers(std::string_view text) {
@@ -85,9 +85,9 @@ void clsTarn4x::put_MeasureCdSymbolCount(std::int32_t value) {
 }
 
 double clsTarn4x::get_MeasureFdSpectrumStartFreq() {
-    return HzPerStep * ReadNumber({.Member = "MeasureFdSpectrumStartFreq",
-                                   .Query = "SENS:DVBT:SPEC:FREQ:STAR?",
-                                   .Modes = Spectrum});
+    return HzPerStep *
+           ReadNumber(
+               {.Member = "MeasureFdSpectrumStartFreq", .Query = "SENS:DVBT:SPEC:FREQ:STAR?", .Modes = Spectrum});
 }
 
 void clsTarn4x::put_MeasureFdSpectrumStartFreq(double value) {
@@ -98,9 +98,8 @@ void clsTarn4x::put_MeasureFdSpectrumStartFreq(double value) {
 }
 
 double clsTarn4x::get_MeasureFdSpectrumStopFreq() {
-    return HzPerStep * ReadNumber({.Member = "MeasureFdSpectrumStopFreq",
-                                   .Query = "SENS:DVBT:SPEC:FREQ:STOP?",
-                                   .Modes = Spectrum});
+    return HzPerStep *
+           ReadNumber({.Member = "MeasureFdSpectrumStopFreq", .Query = "SENS:DVBT:SPEC:FREQ:STOP?", .Modes = Spectrum});
 }
 
 void clsTarn4x::put_MeasureFdSpectrumStopFreq(double value) {
@@ -135,10 +134,9 @@ bool clsTarn4x::get_StateSignal() {
 }
 
 TarnSpecFuncLoopBandwidths clsTarn4x::get_SpecFuncLoopBandwidth() {
-    return ReadToken<TarnSpecFuncLoopBandwidths>({.Member = "SpecFuncLoopBandwidth",
-                                                  .Query = "SENSE:DVBT:LOOP:BWIDTH:FREQ?",
-                                                  .Expected = "LO,MED,HI"},
-                                                 LoopTokens);
+    return ReadToken<TarnSpecFuncLoopBandwidths>(
+        {.Member = "SpecFuncLoopBandwidth", .Query = "SENSE:DVBT:LOOP:BWIDTH:FREQ?", .Expected = "LO,MED,HI"},
+        LoopTokens);
 }
 
 void clsTarn4x::put_SpecFuncLoopBandwidth(TarnSpecFuncLoopBandwidths value) {
@@ -146,11 +144,9 @@ void clsTarn4x::put_SpecFuncLoopBandwidth(TarnSpecFuncLoopBandwidths value) {
 }
 
 TarnSpecFuncMinBerIntegrations clsTarn4x::get_SpecFuncMinBerIntegration() {
-    return static_cast<TarnSpecFuncMinBerIntegrations>(
-        Asked({.Member = "SpecFuncMinBerIntegration",
-               .Query = "SENSE:DVBT:BERATE:INTEGRATION?",
-               .Expected = "1,10,100,1000"},
-              [](const std::string& text) { return ToInteger(text); }));
+    return static_cast<TarnSpecFuncMinBerIntegrations>(Asked(
+        {.Member = "SpecFuncMinBerIntegration", .Query = "SENSE:DVBT:BERATE:INTEGRATION?", .Expected = "1,10,100,1000"},
+        [](const std::string& text) { return ToInteger(text); }));
 }
 
 void clsTarn4x::put_SpecFuncMinBerIntegration(TarnSpecFuncMinBerIntegrations value) {

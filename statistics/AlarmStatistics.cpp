@@ -14,8 +14,8 @@ std::shared_ptr<clsStatistics> clsTarn4x::get_AlarmStatistics() {
 }
 
 void clsTarn4x::AlarmRegisterClear() {
-    constexpr Operation operation{.Verb = "", .Name = "AlarmRegisterClear", .Code = xtarnCommandFailed,
-                                  .Ending = " method failed"};
+    constexpr Operation operation{
+        .Verb = "", .Name = "AlarmRegisterClear", .Code = xtarnCommandFailed, .Ending = " method failed"};
     Guarded(operation, [&] {
         channel.SendCommand("CONF:DVBT:ALAR:RES");
         Delay(3.0F);  // the instrument resets the register

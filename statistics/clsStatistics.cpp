@@ -38,10 +38,10 @@ void clsStatistics::put_Statistics(std::string_view value) {
         std::size_t Index;
         double clsStatistics::*Member;
     };
-    constexpr DurationField durations[] = {
-        {0, &clsStatistics::monitoringTime},  {1, &clsStatistics::level},        {3, &clsStatistics::synchronisation},
-        {5, &clsStatistics::modErrorRatio},   {7, &clsStatistics::berBeforeVit}, {9, &clsStatistics::berBeforeRs},
-        {11, &clsStatistics::mpegDataErrorTime}};
+    constexpr DurationField durations[] = {{0, &clsStatistics::monitoringTime},    {1, &clsStatistics::level},
+                                           {3, &clsStatistics::synchronisation},   {5, &clsStatistics::modErrorRatio},
+                                           {7, &clsStatistics::berBeforeVit},      {9, &clsStatistics::berBeforeRs},
+                                           {11, &clsStatistics::mpegDataErrorTime}};
     constexpr CountField counts[] = {{13, &clsStatistics::corrCntBeforeVit},
                                      {14, &clsStatistics::corrCntBeforeRs},
                                      {15, &clsStatistics::mpegDataErrorCntAfterRs}};

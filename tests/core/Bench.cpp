@@ -91,8 +91,9 @@ Bench::Bench(std::vector<Exchange> transcript, bool onLine) : driver(Create()) {
 clsTarn4x& Bench::Create() { return storage.emplace(world); }
 
 void Bench::KnowMode(TarnMeasureModes mode) {
-    static constexpr const char* Names[] = {"NORM", "CDI",  "MDB",  "MPCT", "INT",  "IQ",   "APH",  "AGD",  "POL",  "SP_1",
-                                            "SP_2", "SP_3", "ADIS", "CCDF", "IR_1", "IR_2", "IR_3", "HIST", "PAR",  "CENV"};
+    static constexpr const char* Names[] = {"NORM", "CDI",  "MDB",  "MPCT", "INT",  "IQ",   "APH",
+                                            "AGD",  "POL",  "SP_1", "SP_2", "SP_3", "ADIS", "CCDF",
+                                            "IR_1", "IR_2", "IR_3", "HIST", "PAR",  "CENV"};
     world->Transcript.emplace_front("SENS:DVBT:MEAS?", Names[mode]);
     EXPECT_EQ(driver.get_MeasureMode(), mode);
     world->Sent.clear();

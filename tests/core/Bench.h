@@ -22,8 +22,8 @@ using platform::ObjectError;
 /// One exchange of a transcript: what the driver must send, and what the instrument answers. An answer of nullopt
 /// belongs to a command; an error is raised instead of the answer.
 struct Exchange {
-    Exchange(std::string sent) : Sent(std::move(sent)) {}                        // NOLINT: transcripts read better
-    Exchange(const char* sent) : Sent(sent) {}                                   // NOLINT
+    Exchange(std::string sent) : Sent(std::move(sent)) {}  // NOLINT: transcripts read better
+    Exchange(const char* sent) : Sent(sent) {}             // NOLINT
     Exchange(std::string sent, std::string answer) : Sent(std::move(sent)), Answer(std::move(answer)) {}
     Exchange(std::string sent, AutomationError error) : Sent(std::move(sent)), Error(std::move(error)) {}
 
@@ -229,12 +229,12 @@ AutomationError Raised(Statement&& statement) {
     return {0, "nothing", "was raised"};
 }
 
-#define EXPECT_RAISES(statement, number, source, description)                                               \
-    do {                                                                                                    \
-        const auto raisedError = ::tarn4x::test::Raised([&] { static_cast<void>(statement); });             \
-        EXPECT_EQ(raisedError.Number, static_cast<std::int32_t>(number)) << raisedError.Description;        \
-        EXPECT_EQ(raisedError.Source, source);                                                              \
-        EXPECT_EQ(raisedError.Description, description);                                                    \
+#define EXPECT_RAISES(statement, number, source, description)                                        \
+    do {                                                                                             \
+        const auto raisedError = ::tarn4x::test::Raised([&] { static_cast<void>(statement); });      \
+        EXPECT_EQ(raisedError.Number, static_cast<std::int32_t>(number)) << raisedError.Description; \
+        EXPECT_EQ(raisedError.Source, source);                                                       \
+        EXPECT_EQ(raisedError.Description, description);                                             \
     } while (false)
 
 }  // namespace tarn4x::test

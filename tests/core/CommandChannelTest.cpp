@@ -1,12 +1,11 @@
 #include "core/CommandChannel.h"
-
 #include "tests/core/Bench.h"
 
 namespace tarn4x::test {
 namespace {
 
-using testing::ElementsAre;
 using testing::Each;
+using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -16,9 +15,8 @@ TEST(SendCommand, DrainsLogsAndReads) {
     Bench bench{{{"READ:RF:LEVEL?", "-50.0"}}};
     EXPECT_DOUBLE_EQ(bench.driver.get_MeasureRfLevel(), -50.0);
     EXPECT_EQ(bench.world->Drains, 1);
-    EXPECT_THAT(bench.world->Logged,
-                ElementsAre("6 TARN SYST:ERR?|", "5 TARN SYST:ERR?|0,\"No error\"", "6 TARN READ:RF:LEVEL?|",
-                            "5 TARN READ:RF:LEVEL?|-50.0"));
+    EXPECT_THAT(bench.world->Logged, ElementsAre("6 TARN SYST:ERR?|", "5 TARN SYST:ERR?|0,\"No error\"",
+                                                 "6 TARN READ:RF:LEVEL?|", "5 TARN READ:RF:LEVEL?|-50.0"));
 }
 
 TEST(SendCommand, RepeatsElevenTimesASecondApartAndThenTakesWhatCame) {
@@ -61,7 +59,8 @@ TEST(SendCommand, GivesUpQuietlyOnAnErrorThatStaysTransient) {
 }
 
 TEST(SendCommand, RaisesWhatIsFinal) {
-    const AutomationError final[] = {TransportFailure(2014, "Receive timed out"), TransportFailure(2016), {5, "x", "y"}};
+    const AutomationError final[] = {
+        TransportFailure(2014, "Receive timed out"), TransportFailure(2016), {5, "x", "y"}};
     for (const auto& error : final) {
         Bench bench{{{"READ:RF:LEVEL?", error}}};
         EXPECT_RAISES(bench.driver.get_MeasureRfLevel(), 0x800407D4, "clsTarn4x.MeasureRfLevel",
@@ -195,7 +194,8 @@ TEST(OneTransfer, RepeatsOnlyTheTransferThatFailed) {
 
 TEST(OneTransfer, RaisesWhenTheLimitIsReachedOrTheErrorIsFinal) {
     const auto lost = TransportFailure(2015);
-    ChannelBench bench{{Empty, {"A", lost}, {"A", lost}, {"A", lost}, Empty, {"B", TransportFailure(2013, "Send Timed Out")}}};
+    ChannelBench bench{
+        {Empty, {"A", lost}, {"A", lost}, {"A", lost}, Empty, {"B", TransportFailure(2013, "Send Timed Out")}}};
     EXPECT_EQ(Raised([&] { bench.channel->WriteCommand("A"); }).Number, lost.Number);
     EXPECT_EQ(Raised([&] { bench.channel->WriteCommand("B"); }).Description, "Send Timed Out");
     EXPECT_THAT(bench.world->Delays, SizeIs(2));

@@ -110,7 +110,14 @@ TEST(Measurements, PassOnTheErrorOfTheMeasureModeAndReadItOncePerComparison) {
     // Nothing is cached while the user asks to stop, so each comparison shows on the wire.
     bench.world->Abort = true;
     const Exchange mode{"SENS:DVBT:MEAS?", "PAR"};
-    bench.Expect({mode, mode, mode, {"READ:DVBT:CREST:MAX?", "1"}, mode, mode, {"READ:DVBT:SPECTRUM:SHO:LOW?", "1"}, mode,
+    bench.Expect({mode,
+                  mode,
+                  mode,
+                  {"READ:DVBT:CREST:MAX?", "1"},
+                  mode,
+                  mode,
+                  {"READ:DVBT:SPECTRUM:SHO:LOW?", "1"},
+                  mode,
                   {"READ:DVBT:JITTER?", "1"}});
     bench.driver.get_MeasureTdCcdfCrestFactorMax();
     bench.driver.get_MeasureFdSpectrumShoulderLower();

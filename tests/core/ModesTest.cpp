@@ -25,7 +25,8 @@ TEST(Mode, IsAskedEveryTime) {
     Bench bench{{{"SYST:MODE?", "\"J83B\""}, {"SYST:MODE?", "DVBT"}, {"SYST:MODE?", "xDVBT"}}};
     EXPECT_EQ(bench.driver.get_Mode(), tarnJ83B);
     EXPECT_EQ(bench.driver.get_Mode(), tarnDVBT);
-    EXPECT_RAISES(bench.driver.get_Mode(), 0x8004017C, "clsTarn4x.Mode", "Device reported an unrecognised mode (xDVBT)");
+    EXPECT_RAISES(bench.driver.get_Mode(), 0x8004017C, "clsTarn4x.Mode",
+                  "Device reported an unrecognised mode (xDVBT)");
 }
 
 TEST(MeasureMode, IsServedFromTheCacheAfterTheFirstRead) {
@@ -63,8 +64,10 @@ TEST(MeasureMode, IsWrittenWithALongTimeoutAndRemembered) {
 }
 
 TEST(Modes, LeaveTheTimeoutRaisedWhenTheyFail) {
-    Bench bench{{{"SENS:DVBT:MEAS PAR", TransportFailure(2014)}, {"SENS:DVBT:MEAS?", "HIST"},
-                 {"SYST:MODE DVBT", TransportFailure(2014)}, {"SENS:DVBT:MEAS?", "PAR"}}};
+    Bench bench{{{"SENS:DVBT:MEAS PAR", TransportFailure(2014)},
+                 {"SENS:DVBT:MEAS?", "HIST"},
+                 {"SYST:MODE DVBT", TransportFailure(2014)},
+                 {"SENS:DVBT:MEAS?", "PAR"}}};
     EXPECT_RAISES(bench.driver.put_MeasureMode(tarnPAR), 0x800407D5, "clsTarn4x.MeasureMode", "Let MeasureMode failed");
     EXPECT_FLOAT_EQ(bench.world->Timeout, 100.0F);
     EXPECT_EQ(bench.driver.get_MeasureMode(), tarnHIST) << "a failed write leaves the cache alone";
@@ -88,8 +91,8 @@ TEST(RF, IsWrittenInTenthsOfAHertzBehindTwoBlanks) {
         EXPECT_THAT(bench.world->Delays, IsEmpty());
     }
     Bench bench;
-    for (const auto& [hz, text] : {std::pair(2999999.9, "2999999.9"), std::pair(10000000009.5, "10000000009.5"),
-                                   std::pair(-1e20, "-1E+20")}) {
+    for (const auto& [hz, text] :
+         {std::pair(2999999.9, "2999999.9"), std::pair(10000000009.5, "10000000009.5"), std::pair(-1e20, "-1E+20")}) {
         EXPECT_RAISES(bench.driver.put_RF(hz), 0x8004017C, "clsTarn4x.RF",
                       std::string("Invalid property value (RF = ") + text + " Hz)");
     }

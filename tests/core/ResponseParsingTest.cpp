@@ -1,6 +1,6 @@
-#include "core/ResponseParsing.h"
-
 #include <gtest/gtest.h>
+
+#include "core/ResponseParsing.h"
 
 namespace tarn4x {
 namespace {

@@ -79,8 +79,7 @@ TEST(GoingOffLine, NeverFailsAndRestoresTheStateOfTheApplication) {
         EXPECT_FALSE(bench.driver.get_IDriverSetup_OnLine());
         EXPECT_EQ(bench.world->States, states);
         EXPECT_THAT(bench.world->Delays, ElementsAre(1.0F));
-        EXPECT_RAISES(bench.driver.put_IDriverSetup_OnLine(false), 2003, "clsTarn4x.OnLine",
-                      "Driver already off-line");
+        EXPECT_RAISES(bench.driver.put_IDriverSetup_OnLine(false), 2003, "clsTarn4x.OnLine", "Driver already off-line");
     }
 }
 

@@ -1,5 +1,4 @@
 #include "core/SettingsCatalogue.h"
-
 #include "core/modParameterUtilities.h"
 #include "tests/core/Bench.h"
 
