@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sim {
+
+/// printf into a string; the number format never follows the locale because this program never sets one.
+[[gnu::format(printf, 1, 2)]] std::string Print(const char* format, ...);
+
+std::string Upper(std::string_view text);
+/// Removes control characters and blanks at both ends; in a message they all separate words.
+std::string_view Trim(std::string_view text);
+/// Splits at every separator; an empty text gives one empty piece.
+std::vector<std::string_view> Split(std::string_view text, char separator);
+/// The shortest decimal text that reads back as the same number: 474000000, 134.5.
+std::string Shortest(double value);
+/// Makes bytes readable for a log: \n, \r, \\ and \xNN for everything that is not printable ASCII.
+std::string Escape(std::string_view bytes);
+/// Reverses Escape and also knows \t, \0 and \". Throws std::invalid_argument on an unknown or cut sequence.
+std::string Unescape(std::string_view text);
+
+}  // namespace sim
