@@ -1,0 +1,173 @@
+#include "tests/com-driver/Bench.h"
+
+#include <ostream>
+
+#include "platform/com/Server.h"
+
+std::wstring ComponentFile(const wchar_t* name, int bits) {
+    std::wstring folder = com::FileName(nullptr);
+    folder.resize(folder.rfind(L'\\') + 1);
+    // The folders of the two bitnesses stand side by side: .../windows-x64/bin/ and .../windows-x86/bin/.
+    const std::wstring own = sizeof(void*) == 8 ? L"x64\\bin\\" : L"x86\\bin\\";
+    if (folder.ends_with(own)) folder.replace(folder.size() - own.size(), 3, bits == 64 ? L"x64" : L"x86");
+    return folder + name + L".dll";
+}
+
+namespace {
+
+/// The thread's apartment, and the components beside this program in the registry.
+class Surroundings : public testing::Environment {
+  public:
+    void SetUp() override {
+        ASSERT_HRESULT_SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+        for (const auto name : {L"Seamcfg", L"Seamlib", L"Conduit", L"XTarn4x"}) Register(name);
+        // The instrument is a scripted one: nothing to wait for.
+        ASSERT_HRESULT_SUCCEEDED(CoCreateInstance(__uuidof(clsApplication), nullptr, CLSCTX_INPROC_SERVER,
+                                                  __uuidof(IApplication), application_.putVoid()));
+        ASSERT_HRESULT_SUCCEEDED(application_->put_DelayScale(0.0));
+    }
+
+    void TearDown() override {
+        application_ = {};
+        CoUninitialize();
+    }
+
+  private:
+    static void Register(const wchar_t* name) {
+        const auto module = LoadLibraryW(ComponentFile(name).c_str());
+        ASSERT_NE(module, nullptr) << com::Utf8(ComponentFile(name));
+        const auto entry = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
+            reinterpret_cast<void*>(GetProcAddress(module, "DllRegisterServer")));
+        ASSERT_HRESULT_SUCCEEDED(entry());
+        FreeLibrary(module);
+    }
+
+    ComPtr<IApplication> application_;
+};
+
+const auto* const surroundings = testing::AddGlobalTestEnvironment(new Surroundings);
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& stream, const Failure& failure) {
+    return stream << "0x" << std::hex << static_cast<unsigned>(failure.result) << std::dec << " from \""
+                  << failure.source << "\": \"" << failure.description << '"';
+}
+
+Failure TakeFailure(HRESULT result, const GUID& raisedBy) {
+    ComPtr<IErrorInfo> information;
+    if (GetErrorInfo(0, information.put()) != S_OK) return {result, "", ""};
+    com::Bstr source;
+    com::Bstr description;
+    GUID interfaceId{};
+    EXPECT_HRESULT_SUCCEEDED(information->GetSource(source.put()));
+    EXPECT_HRESULT_SUCCEEDED(information->GetDescription(description.put()));
+    EXPECT_HRESULT_SUCCEEDED(information->GetGUID(&interfaceId));
+    EXPECT_TRUE(interfaceId == raisedBy);
+    return {result, source.Utf8(), description.Utf8()};
+}
+
+HRESULT Script::Get(const wchar_t* member, std::vector<VARIANT> arguments, std::vector<Named> named) {
+    return Invoke(DISPATCH_METHOD | DISPATCH_PROPERTYGET, member, std::move(arguments), std::move(named));
+}
+
+HRESULT Script::Put(const wchar_t* member, VARIANT value, std::vector<VARIANT> arguments, std::vector<Named> named) {
+    named.insert(named.begin(), {nullptr, value});
+    return Invoke(DISPATCH_PROPERTYPUT, member, std::move(arguments), std::move(named));
+}
+
+HRESULT Script::Invoke(WORD flags, const wchar_t* member, std::vector<VARIANT> arguments, std::vector<Named> named) {
+    // The names of the arguments are looked up together with the member's; the value that is written has none.
+    std::vector<LPOLESTR> names = {const_cast<LPOLESTR>(member)};
+    for (const auto& argument : named) {
+        if (argument.name) names.push_back(const_cast<LPOLESTR>(argument.name));
+    }
+    std::vector<DISPID> identifiers(names.size());
+    const HRESULT found = object_->GetIDsOfNames(IID_NULL, names.data(), static_cast<UINT>(names.size()),
+                                                 LOCALE_USER_DEFAULT, identifiers.data());
+    if (FAILED(found)) return found;
+    const DISPID memberId = identifiers.front();
+    identifiers.erase(identifiers.begin());
+    if (flags == DISPATCH_PROPERTYPUT) identifiers.insert(identifiers.begin(), DISPID_PROPERTYPUT);
+
+    std::vector<VARIANT> values;
+    for (const auto& argument : named) values.push_back(argument.value);
+    values.insert(values.end(), arguments.rbegin(), arguments.rend());
+    DISPPARAMS parameters{values.data(), identifiers.data(), static_cast<UINT>(values.size()),
+                          static_cast<UINT>(identifiers.size())};
+    result = {};
+    raised = {};
+    EXCEPINFO exception{};
+    UINT bad = 0;
+    const HRESULT called = object_->Invoke(memberId, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                                           flags == DISPATCH_PROPERTYPUT ? nullptr : &result, &exception, &bad);
+    if (called == DISP_E_EXCEPTION) {
+        com::Bstr source;
+        com::Bstr description;
+        *source.put() = exception.bstrSource;
+        *description.put() = exception.bstrDescription;
+        SysFreeString(exception.bstrHelpFile);
+        raised = {exception.scode, source.Utf8(), description.Utf8()};
+    }
+    return called;
+}
+
+VARIANT Number(LONG number) {
+    VARIANT value;
+    VariantInit(&value);
+    value.vt = VT_I4;
+    value.lVal = number;
+    return value;
+}
+
+VARIANT Real(double number) {
+    VARIANT value;
+    VariantInit(&value);
+    value.vt = VT_R8;
+    value.dblVal = number;
+    return value;
+}
+
+VARIANT DateOf(double days) {
+    VARIANT value = Real(days);
+    value.vt = VT_DATE;
+    return value;
+}
+
+VARIANT Reference(VARIANT* variable) {
+    VARIANT value;
+    VariantInit(&value);
+    value.vt = VT_BYREF | VT_VARIANT;
+    value.pvarVal = variable;
+    return value;
+}
+
+OnLine::OnLine() {
+    com::Check(
+        CoCreateInstance(CLSID_clsTarn4x, nullptr, CLSCTX_INPROC_SERVER, __uuidof(_clsTarn4x), driver.putVoid()));
+    setup = driver.As<IDriverSetup>();
+    const com::Variant link(com::ToVariant(std::string("TCP/IP")));
+    const com::Variant host(com::ToVariant(std::string("127.0.0.1")));
+    SetSetting(L"Remote Control", link);
+    SetSetting(L"TCP/IP.Host", host);
+    SetSetting(L"TCP/IP.Port", Number(peer.Port()));
+    EXPECT_HRESULT_SUCCEEDED(setup->put_OnLine(VARIANT_TRUE));
+    VARIANT_BOOL onLine = VARIANT_FALSE;
+    EXPECT_HRESULT_SUCCEEDED(setup->get_OnLine(&onLine));
+    EXPECT_EQ(onLine, VARIANT_TRUE);
+}
+
+OnLine::~OnLine() {
+    VARIANT_BOOL onLine = VARIANT_FALSE;
+    EXPECT_EQ(setup->get_OnLine(&onLine), S_OK);
+    if (onLine) setup->put_OnLine(VARIANT_FALSE);
+}
+
+void OnLine::SetSetting(const wchar_t* name, VARIANT value) {
+    ComPtr<INode> settings;
+    ComPtr<INode> setting;
+    com::Check(setup->get_Settings(settings.put()));
+    const com::Variant path(com::ToVariant(com::Utf8(std::wstring_view(name))));
+    com::Check(settings->get_Item(path, setting.put()));
+    com::Check(setting->SetValue(VARIANT_TRUE, VARIANT_TRUE, value));
+}

@@ -1,0 +1,87 @@
+#include "tests/com-driver/Peer.h"
+
+#include <winsock2.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+Peer::Peer() : listener(INVALID_SOCKET), connection(INVALID_SOCKET) {
+    WSADATA data;
+    WSAStartup(MAKEWORD(2, 2), &data);
+    answers["SYST:ERR?"] = "0,\"No error\"";
+    listener = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address);
+    listen(listener, 4);
+    int size = sizeof address;
+    getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
+    port = ntohs(address.sin_port);
+    thread = std::thread([this] { Serve(); });
+}
+
+Peer::~Peer() {
+    {
+        const std::lock_guard lock(mutex);
+        ending = true;
+        closesocket(listener);
+        if (connection != INVALID_SOCKET) shutdown(connection, SD_BOTH);
+    }
+    thread.join();
+    WSACleanup();
+}
+
+void Peer::Answer(const std::string& query, const std::string& answer) {
+    const std::lock_guard lock(mutex);
+    answers[query] = answer;
+}
+
+bool Peer::Received(const std::string& line) {
+    std::unique_lock lock(mutex);
+    return arrived.wait_for(lock, std::chrono::seconds(5),
+                            [&] { return std::find(lines.begin(), lines.end(), line) != lines.end(); });
+}
+
+std::size_t Peer::Count(const std::string& line) {
+    const std::lock_guard lock(mutex);
+    return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
+}
+
+void Peer::Serve() {
+    for (;;) {
+        const SOCKET accepted = accept(listener, nullptr, nullptr);
+        {
+            const std::lock_guard lock(mutex);
+            connection = accepted;
+            if (ending || accepted == INVALID_SOCKET) break;
+        }
+        Talk();
+        const std::lock_guard lock(mutex);
+        closesocket(std::exchange(connection, INVALID_SOCKET));
+    }
+    if (connection != INVALID_SOCKET) closesocket(connection);
+}
+
+void Peer::Talk() {
+    std::string pending;
+    char buffer[1024];
+    for (int count; (count = recv(connection, buffer, sizeof buffer, 0)) > 0;) {
+        pending.append(buffer, static_cast<std::size_t>(count));
+        for (std::size_t end; (end = pending.find('\n')) != std::string::npos; pending.erase(0, end + 1)) {
+            std::string line = pending.substr(0, end);
+            if (line.ends_with('\r')) line.pop_back();
+            const std::string answer = Take(line);
+            if (!answer.empty()) send(connection, answer.data(), static_cast<int>(answer.size()), 0);
+        }
+    }
+}
+
+std::string Peer::Take(const std::string& line) {
+    const std::lock_guard lock(mutex);
+    lines.push_back(line);
+    arrived.notify_all();
+    const auto answer = answers.find(line);
+    return answer == answers.end() ? "" : answer->second + '\n';
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+/// A scripted instrument on a free port of the loopback interface. It takes commands line by line and answers those
+/// that it has an answer for.
+class Peer {
+  public:
+    Peer();
+    ~Peer();
+    Peer(const Peer&) = delete;
+    Peer& operator=(const Peer&) = delete;
+
+    std::uint16_t Port() const { return port; }
+    /// From now on the answer to that query; a line end is added.
+    void Answer(const std::string& query, const std::string& answer);
+    /// Waits until the peer has received that line (5 s); false when it does not come.
+    bool Received(const std::string& line);
+    /// How often the peer has received that line.
+    std::size_t Count(const std::string& line);
+
+  private:
+    void Serve();
+    void Talk();
+    std::string Take(const std::string& line);
+
+    std::uintptr_t listener;
+    std::uintptr_t connection;
+    std::uint16_t port = 0;
+    bool ending = false;
+    std::map<std::string, std::string> answers;
+    std::vector<std::string> lines;
+    std::mutex mutex;
+    std::condition_variable arrived;
+    std::thread thread;
+};
