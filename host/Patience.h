@@ -1,0 +1,56 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+
+namespace host {
+
+/// Thrown out of a wait when the user has asked to stop.
+struct Aborted {};
+
+/// How long one operation may wait, however many waits it is made of.
+class Patience {
+  public:
+    using Clock = std::chrono::steady_clock;
+    using Milliseconds = std::chrono::milliseconds;
+
+    Patience(double seconds, std::function<bool()> abortRequested)
+        : end_(start_ +
+               std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(std::min(seconds, Longest)))),
+          abortRequested_(std::move(abortRequested)) {}
+
+    /// For a step of the operation with a limit of its own.
+    Patience AtMost(double seconds) const {
+        Patience step(seconds, abortRequested_);
+        step.end_ = std::min(step.end_, end_);
+        return step;
+    }
+
+    /// How long the next single wait may last: at most 50 ms, 0 when the time is over. Throws Aborted when the user
+    /// has asked to stop; an answer that is there within the first 50 ms is still taken.
+    Milliseconds Slice() {
+        const auto now = Clock::now();
+        if (now >= nextQuestion_) {
+            nextQuestion_ = now + QuestionInterval;
+            if (abortRequested_ && abortRequested_()) throw Aborted{};
+        }
+        return std::chrono::ceil<Milliseconds>(std::max(std::min(end_, nextQuestion_) - now, Clock::duration::zero()));
+    }
+
+    bool Over() const { return Clock::now() >= end_; }
+    double Remaining() const { return std::chrono::duration<double>(end_ - Clock::now()).count(); }
+    double Waited() const { return std::chrono::duration<double>(Clock::now() - start_).count(); }
+
+    static constexpr double Longest = 1e6;  // seconds; keeps the clock arithmetic far from its limits
+
+  private:
+    static constexpr Milliseconds QuestionInterval{50};
+
+    Clock::time_point start_ = Clock::now();
+    Clock::time_point end_;
+    Clock::time_point nextQuestion_ = start_ + QuestionInterval;
+    std::function<bool()> abortRequested_;
+};
+
+}  // namespace host

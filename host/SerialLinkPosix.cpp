@@ -1,0 +1,137 @@
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+
+#include "host/SerialLink.h"
+
+namespace host {
+
+namespace {
+
+std::string ErrorText(int error) { return std::system_category().message(error); }
+
+std::string PathOf(const std::string& port) {
+    if (port.starts_with('/')) return port;
+    const int number = std::atoi(port.c_str());
+    if (number < 1 || number > 256) {
+        throw LinkFailure{platform::LinkLost, "There is no serial port \"" + port + '"'};
+    }
+    if (const char* folder = std::getenv("CONDUIT_PORTS")) return std::string(folder) + "/com" + std::to_string(number);
+    return "/dev/ttyS" + std::to_string(number - 1);
+}
+
+speed_t SpeedOf(int baudRate) {
+    constexpr struct {
+        int BaudRate;
+        speed_t Speed;
+    } speeds[] = {{300, B300},   {600, B600},     {1200, B1200},   {2400, B2400},   {4800, B4800},
+                  {9600, B9600}, {19200, B19200}, {38400, B38400}, {57600, B57600}, {115200, B115200}};
+    for (const auto& speed : speeds) {
+        if (speed.BaudRate == baudRate) return speed.Speed;
+    }
+    throw LinkFailure{platform::LinkLost, "There is no baud rate of " + std::to_string(baudRate)};
+}
+
+int Descriptor(std::intptr_t line) { return static_cast<int>(line); }
+
+/// True when the event came; throws when the line has gone.
+bool Await(std::intptr_t line, short event, std::chrono::milliseconds time) {
+    pollfd entry{Descriptor(line), event, 0};
+    if (poll(&entry, 1, static_cast<int>(time.count())) <= 0) return false;
+    if (entry.revents & event) return true;
+    throw LinkFailure{platform::LinkLost, "The serial line was disconnected"};
+}
+
+LinkFailure Failure(platform::TransportError code, const char* doing) {
+    const int error = errno;
+    return {error == EIO || error == ENXIO || error == ENODEV ? platform::LinkLost : code,
+            std::string(doing) + " failed: " + ErrorText(error)};
+}
+
+}  // namespace
+
+void SerialLink::OpenLine(const SerialSettings& settings) {
+    const auto path = PathOf(settings.Port);
+    line_ = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (!IsOpen()) throw LinkFailure{platform::LinkLost, path + " cannot be opened: " + ErrorText(errno)};
+    // The lock keeps out programs that may ignore TIOCEXCL, such as those of root.
+    if (isatty(Descriptor(line_)) && flock(Descriptor(line_), LOCK_EX | LOCK_NB) == 0) {
+        ioctl(Descriptor(line_), TIOCEXCL);
+        return;
+    }
+    const int error = errno;
+    Close();
+    throw LinkFailure{platform::LinkLost, error == EWOULDBLOCK ? path + " is in use by another program"
+                                                               : path + " is no serial line: " + ErrorText(error)};
+}
+
+void SerialLink::Configure(const SerialSettings& settings) {
+    termios mode{};
+    if (tcgetattr(Descriptor(line_), &mode) != 0) throw Failure(platform::LinkLost, "Reading the line's settings");
+    cfmakeraw(&mode);
+    const speed_t speed = SpeedOf(settings.BaudRate);
+    cfsetispeed(&mode, speed);
+    cfsetospeed(&mode, speed);
+    const auto set = [](tcflag_t& flags, tcflag_t flag, bool on) { flags = on ? flags | flag : flags & ~flag; };
+    mode.c_cflag |= CLOCAL | CREAD;
+    set(mode.c_cflag, CSIZE, false);
+    set(mode.c_cflag, settings.DataBits == 7 ? CS7 : CS8, true);
+    set(mode.c_cflag, PARENB, settings.Parity != 'N');
+    set(mode.c_cflag, PARODD, settings.Parity == 'O');
+    set(mode.c_iflag, INPCK, settings.Parity != 'N');
+    set(mode.c_cflag, CSTOPB, settings.StopBits == 2);
+    set(mode.c_cflag, CRTSCTS, settings.Handshaking == SerialSettings::Hardware);
+    set(mode.c_iflag, IXON | IXOFF, settings.Handshaking == SerialSettings::XonXoff);
+    mode.c_cc[VMIN] = 1;  // reading nothing then means that the line has gone
+    mode.c_cc[VTIME] = 0;
+    if (tcsetattr(Descriptor(line_), TCSANOW, &mode) != 0) throw Failure(platform::LinkLost, "Setting up the line");
+    tcflush(Descriptor(line_), TCIOFLUSH);
+}
+
+void SerialLink::Close() noexcept {
+    if (!IsOpen()) return;
+    // A stopped peer must not hold up the closing with output that it never takes.
+    tcflush(Descriptor(line_), TCIOFLUSH);
+    ioctl(Descriptor(line_), TIOCNXCL);
+    close(Descriptor(line_));
+    line_ = None;
+}
+
+std::size_t SerialLink::Write(std::span<const std::uint8_t> bytes, Milliseconds time) {
+    if (!Await(line_, POLLOUT, time)) return 0;
+    const auto count = write(Descriptor(line_), bytes.data(), bytes.size());
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno == EAGAIN || errno == EINTR) return 0;
+    throw Failure(platform::WriteFailed, "Writing");
+}
+
+bool SerialLink::Flush(Milliseconds time) {
+    const auto waiting = [this] {
+        int count = 0;
+        return ioctl(Descriptor(line_), TIOCOUTQ, &count) == 0 && count > 0;
+    };
+    const auto end = Patience::Clock::now() + time;
+    while (waiting()) {
+        if (Patience::Clock::now() >= end) return false;
+        usleep(2000);  // some characters; no system call waits for the end of output with a limit
+    }
+    return true;
+}
+
+std::size_t SerialLink::Read(std::span<std::uint8_t> bytes, Milliseconds time) {
+    if (!Await(line_, POLLIN, time)) return 0;
+    const auto count = read(Descriptor(line_), bytes.data(), bytes.size());
+    if (count > 0) return static_cast<std::size_t>(count);
+    if (count == 0) throw LinkFailure{platform::LinkLost, "The serial line was disconnected"};
+    if (errno == EAGAIN || errno == EINTR) return 0;
+    throw Failure(platform::ReadFailed, "Reading");
+}
+
+}  // namespace host

@@ -1,0 +1,138 @@
+#include "host/TcpLink.h"
+
+#include <system_error>
+
+#include "host/LinkSettings.h"
+#ifdef _WIN32
+#include "host/SocketsWindows.h"
+#else
+#include "host/SocketsPosix.h"
+#endif
+
+namespace host {
+
+namespace {
+
+using sockets::Handle;
+
+std::string ErrorText(int error) { return std::system_category().message(error); }
+
+LinkFailure Failure(int error, platform::TransportError code, const char* doing) {
+    if (sockets::PeerIsGone(error)) code = platform::LinkLost;
+    return {code, std::string(doing) + " failed: " + ErrorText(error)};
+}
+
+/// Options that a freshly created socket needs; each command leaves as one segment at once.
+void Prepare(Handle socket) {
+    sockets::MakeNonBlocking(socket);
+    const int on = 1;
+    setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
+}
+
+/// Waits until the begun connection stands; returns the error, 0 for none.
+int FinishConnecting(Handle socket, Patience& patience) {
+    while (!sockets::WaitWritable(socket, patience.Slice())) {
+        if (patience.Over()) return static_cast<int>(std::errc::timed_out);
+    }
+    int error = 0;
+    socklen_t size = sizeof error;
+    getsockopt(socket, SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&error), &size);
+    return error;
+}
+
+struct Addresses {
+    addrinfo* First = nullptr;
+
+    Addresses(const std::string& host, const std::string& port) {
+        addrinfo hints{};
+        hints.ai_socktype = SOCK_STREAM;
+        hints.ai_flags = AI_NUMERICHOST;  // an address needs no resolver
+        if (getaddrinfo(host.c_str(), port.c_str(), &hints, &First) == 0) return;
+        hints.ai_flags = 0;
+        if (getaddrinfo(host.c_str(), port.c_str(), &hints, &First) == 0) return;
+        throw LinkFailure{platform::LinkLost, "There is no host of the name \"" + host + '"'};
+    }
+    ~Addresses() { freeaddrinfo(First); }
+    Addresses(const Addresses&) = delete;
+    Addresses& operator=(const Addresses&) = delete;
+};
+
+}  // namespace
+
+void TcpLink::Open(Patience& patience) {
+    auto host = SettingText(*settings_, "Host");
+    if (host.starts_with('[') && host.ends_with(']')) host = host.substr(1, host.size() - 2);
+    const int port = SettingNumber(*settings_, "Port", 1, 65535);
+    const auto limit = SettingNumber(*settings_, "Connect Timeout", 0.0, 3600.0);
+
+    sockets::Start();
+    const Addresses addresses(host, std::to_string(port));
+    auto opening = patience.AtMost(limit);
+    int left = 0;
+    for (auto* address = addresses.First; address; address = address->ai_next) ++left;
+    std::string reason;
+    for (auto* address = addresses.First; address; address = address->ai_next, --left) {
+        const Handle socket = ::socket(address->ai_family, address->ai_socktype, address->ai_protocol);
+        socket_ = static_cast<std::intptr_t>(socket);
+        if (!IsOpen()) {
+            reason = ErrorText(sockets::LastError());
+            continue;
+        }
+        Prepare(socket);
+        int error = 0;
+        try {
+            if (connect(socket, address->ai_addr, static_cast<socklen_t>(address->ai_addrlen)) != 0) {
+                error = sockets::LastError();
+            }
+            if (sockets::ConnectGoesOn(error)) {
+                auto attempt = opening.AtMost(opening.Remaining() / left);  // a dead address leaves time for the next
+                error = FinishConnecting(socket, attempt);
+            }
+        } catch (...) {
+            Close();
+            throw;
+        }
+        if (error == 0) return;
+        Close();
+        reason = error == static_cast<int>(std::errc::timed_out) ? "no reply in time" : ErrorText(error);
+    }
+    throw LinkFailure{platform::LinkLost, "No connection to " + Address() + ": " + reason};
+}
+
+void TcpLink::Close() noexcept {
+    if (IsOpen()) sockets::Close(static_cast<Handle>(socket_));
+    socket_ = None;
+}
+
+std::string TcpLink::Address() const {
+    const auto host = SettingText(*settings_, "Host");
+    const bool bare = host.find(':') != std::string::npos && !host.starts_with('[');
+    return (bare ? '[' + host + ']' : host) + ':' + SettingText(*settings_, "Port");
+}
+
+std::size_t TcpLink::Write(std::span<const std::uint8_t> bytes, Milliseconds time) {
+    const auto socket = static_cast<Handle>(socket_);
+    if (!sockets::WaitWritable(socket, time)) return 0;
+    const auto count = send(socket, reinterpret_cast<const char*>(bytes.data()),
+                            static_cast<sockets::Length>(bytes.size()), sockets::SendFlags);
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (const int error = sockets::LastError(); !sockets::WouldBlock(error)) {
+        throw Failure(error, platform::WriteFailed, "Writing");
+    }
+    return 0;
+}
+
+std::size_t TcpLink::Read(std::span<std::uint8_t> bytes, Milliseconds time) {
+    const auto socket = static_cast<Handle>(socket_);
+    if (!sockets::WaitReadable(socket, time)) return 0;
+    const auto count =
+        recv(socket, reinterpret_cast<char*>(bytes.data()), static_cast<sockets::Length>(bytes.size()), 0);
+    if (count > 0) return static_cast<std::size_t>(count);
+    if (count == 0) throw LinkFailure{platform::LinkLost, "The instrument closed the connection"};
+    if (const int error = sockets::LastError(); !sockets::WouldBlock(error)) {
+        throw Failure(error, platform::ReadFailed, "Reading");
+    }
+    return 0;
+}
+
+}  // namespace host
