@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/com/Windows.h"
+
+namespace com {
+
+/// Creates the root of a settings tree.
+HRESULT CreateNode(REFIID iid, void** object);
+
+}  // namespace com

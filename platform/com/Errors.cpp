@@ -1,0 +1,114 @@
+#include "platform/com/Errors.h"
+
+#include <new>
+#include <string>
+
+#include "platform/com/ComPtr.h"
+#include "platform/com/Text.h"
+
+namespace com {
+namespace {
+
+using platform::AutomationError;
+
+constexpr std::uint32_t PlainNumbers = 0x800A0000U;
+
+std::string SystemText(HRESULT result) {
+    switch (NumberOf(result)) {
+        case platform::Overflow:
+            return "Overflow";
+        case platform::SubscriptOutOfRange:
+            return "Subscript out of range";
+        case platform::TypeMismatch:
+            return "Type mismatch";
+    }
+    wchar_t text[512];
+    DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                  static_cast<DWORD>(result), 0, text, 512, nullptr);
+    while (length > 0 && text[length - 1] <= L' ') --length;
+    return length > 0 ? Utf8(std::wstring_view(text, length)) : "Automation error";
+}
+
+HRESULT Report(REFIID iid, const AutomationError& error) {
+    const HRESULT result = ResultOf(error.Number);
+    ComPtr<ICreateErrorInfo> information;
+    if (FAILED(CreateErrorInfo(information.put()))) return result;
+    information->SetGUID(iid);
+    information->SetSource(Bstr(error.Source).get());
+    information->SetDescription(Bstr(error.Description).get());
+    if (!error.HelpFile.empty()) information->SetHelpFile(Bstr(error.HelpFile).get());
+    if (error.HelpContext) information->SetHelpContext(static_cast<DWORD>(*error.HelpContext));
+    SetErrorInfo(0, information.As<IErrorInfo>().get());
+    return result;
+}
+
+ComPtr<IErrorInfo> InformationOf(IUnknown* object, REFIID iid) {
+    ComPtr<IErrorInfo> information;
+    const auto support = ComPtr<IUnknown>(object).As<ISupportErrorInfo>();
+    if (support && support->InterfaceSupportsErrorInfo(iid) == S_OK) GetErrorInfo(0, information.put());
+    return information;
+}
+
+}  // namespace
+
+HRESULT ResultOf(std::int32_t number) {
+    if (number < 0) return number;
+    if (number == 0 || number > 0xFFFF) return E_FAIL;
+    return static_cast<HRESULT>(PlainNumbers + static_cast<std::uint32_t>(number));
+}
+
+std::int32_t NumberOf(HRESULT result) {
+    switch (result) {
+        case DISP_E_TYPEMISMATCH:
+            return platform::TypeMismatch;
+        case DISP_E_OVERFLOW:
+            return platform::Overflow;
+        case DISP_E_BADINDEX:
+            return platform::SubscriptOutOfRange;
+    }
+    const auto code = static_cast<std::uint32_t>(result);
+    const bool plain = (code & 0xFFFF0000U) == PlainNumbers && code != PlainNumbers;
+    return plain ? static_cast<std::int32_t>(code & 0xFFFFU) : result;
+}
+
+void Check(HRESULT result, IUnknown* object, REFIID iid) {
+    if (SUCCEEDED(result)) return;
+    if (result == E_OUTOFMEMORY) throw std::bad_alloc();
+    AutomationError error(NumberOf(result), "", "");
+    if (const auto information = InformationOf(object, iid)) {
+        Bstr text;
+        if (SUCCEEDED(information->GetSource(text.put()))) error.Source = text.Utf8();
+        if (SUCCEEDED(information->GetDescription(text.put()))) error.Description = text.Utf8();
+        if (SUCCEEDED(information->GetHelpFile(text.put()))) error.HelpFile = text.Utf8();
+        DWORD context = 0;
+        if (SUCCEEDED(information->GetHelpContext(&context)) && context != 0) {
+            error.HelpContext = static_cast<std::int32_t>(context);
+        }
+    } else {
+        error.Description = SystemText(result);
+    }
+    throw error;
+}
+
+void Check(HRESULT result) { Check(result, nullptr, IID_NULL); }
+
+HRESULT RunAtBorder(REFIID iid, HRESULT (*body)(void*), void* context) noexcept {
+    SetErrorInfo(0, nullptr);
+    try {
+        try {
+            return body(context);
+        } catch (const AutomationError& error) {
+            return Report(iid, error);
+        } catch (const std::bad_alloc&) {
+            return E_OUTOFMEMORY;
+        } catch (const std::exception& error) {
+            return Report(iid, AutomationError(E_UNEXPECTED, "", error.what()));
+        } catch (...) {
+            return Report(iid, AutomationError(E_UNEXPECTED, "", "Unknown failure"));
+        }
+    } catch (...) {  // no memory for the report
+        return E_OUTOFMEMORY;
+    }
+}
+
+}  // namespace com

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <type_traits>
+
+#include "platform/AutomationError.h"
+#include "platform/com/Windows.h"
+
+namespace com {
+
+/// Result code under which an error number travels: plain numbers (1 to 65535) as 0x800A0000 + n, numbers with the top
+/// bit set as they are. Other numbers cannot travel and give E_FAIL.
+HRESULT ResultOf(std::int32_t number);
+
+/// The way back; the standard codes of type mismatch, overflow and bad index come back as 13, 6 and 9.
+std::int32_t NumberOf(HRESULT result);
+
+/// Raises a failed result as AutomationError: with source, description and help of the object's own error information
+/// when the object tells that the interface supports it, else with the system's text for the code.
+void Check(HRESULT result, IUnknown* object, REFIID iid);
+/// The same where no object is at hand that could have error information.
+void Check(HRESULT result);
+
+template <class Interface>
+void Check(HRESULT result, Interface* object) {
+    Check(result, object, __uuidof(Interface));
+}
+
+/// Runs the body of an entry point of interface iid and turns whatever it raises into a result code with error
+/// information. The body returns nothing (success) or a result code.
+HRESULT RunAtBorder(REFIID iid, HRESULT (*body)(void*), void* context) noexcept;
+
+template <class Body>
+HRESULT Border(REFIID iid, Body&& body) noexcept {
+    using Plain = std::remove_reference_t<Body>;
+    const auto run = [](void* context) -> HRESULT {
+        auto& callable = *static_cast<Plain*>(context);
+        if constexpr (std::is_same_v<decltype(callable()), HRESULT>) {
+            return callable();
+        } else {
+            callable();
+            return S_OK;
+        }
+    };
+    return RunAtBorder(iid, run, const_cast<void*>(static_cast<const void*>(std::addressof(body))));
+}
+
+}  // namespace com

@@ -1,0 +1,187 @@
+#include <thread>
+
+#include "tests/com-host/Client.h"
+
+using com::Bstr;
+using com::ComPtr;
+using com::CreateByProgId;
+using platform::Value;
+
+namespace {
+
+// Long enough to be noticed by everybody: a test that waits for its end is a failed one.
+constexpr float Forever = 100000.0F;
+
+class Delays : public testing::Test {
+  protected:
+    ~Delays() override {
+        application->put_AbortRequested(VARIANT_FALSE);
+        application->put_DelayScale(1.0);
+    }
+
+    const ComPtr<IApplication> application = CreateByProgId<IApplication>("Seamlib.clsApplication");
+};
+
+class MessageWindow {
+  public:
+    explicit MessageWindow(std::function<void()> onMessage) : onMessage_(std::move(onMessage)) {
+        SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Receive));
+    }
+    MessageWindow(const MessageWindow&) = delete;
+    MessageWindow& operator=(const MessageWindow&) = delete;
+    ~MessageWindow() { DestroyWindow(window_); }
+
+    void Post() { PostMessageW(window_, WM_APP, 0, 0); }
+
+  private:
+    static LRESULT CALLBACK Receive(HWND window, UINT message, WPARAM wide, LPARAM low) {
+        if (message == WM_APP) {
+            reinterpret_cast<MessageWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA))->onMessage_();
+            return 0;
+        }
+        return DefWindowProcW(window, message, wide, low);
+    }
+
+    std::function<void()> onMessage_;
+    HWND window_ = CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+};
+
+}  // namespace
+
+TEST(Services, AreOneForEveryApartment) {
+    for (const auto progId : {"Seamlib.clsApplication", "Seamlib.clsMessageLog", "Seamlib.clsErrorService"}) {
+        const auto here = CreateByProgId<IUnknown>(progId);
+        for (const auto model : {COINIT_APARTMENTTHREADED, COINIT_MULTITHREADED}) {
+            std::thread([&] {
+                ASSERT_GE(CoInitializeEx(nullptr, model), S_OK);
+                EXPECT_EQ(CreateByProgId<IUnknown>(progId).get(), here.get()) << progId;
+                CoUninitialize();
+            }).join();
+        }
+    }
+}
+
+TEST(Services, NeedNoMarshalling) {
+    const auto here = CreateByProgId<IApplication>("Seamlib.clsApplication");
+    IStream* stream = nullptr;
+    ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(IID_IApplication, here.get(), &stream), S_OK);
+    std::thread([&] {
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        ComPtr<IApplication> there;
+        EXPECT_EQ(CoGetInterfaceAndReleaseStream(stream, IID_IApplication, there.putVoid()), S_OK);
+        EXPECT_EQ(there.get(), here.get());
+        there = {};
+        CoUninitialize();
+    }).join();
+}
+
+TEST_F(Delays, HandleWindowMessages) {
+    int handled = 0;
+    MessageWindow window([&] { ++handled; });
+    window.Post();
+    window.Post();
+    EXPECT_EQ(application->Delay(0.2F), S_OK);
+    EXPECT_EQ(handled, 2);
+}
+
+TEST_F(Delays, EndWhenAMessageHandlerAsksToStop) {
+    MessageWindow window([&] { application->put_AbortRequested(VARIANT_TRUE); });
+    window.Post();
+    EXPECT_EQ(application->Delay(Forever), S_OK);
+}
+
+TEST_F(Delays, EndWhenAnotherThreadAsksToStop) {
+    std::thread other([&] {
+        CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+        CreateByProgId<IApplication>("Seamlib.clsApplication")->put_AbortRequested(VARIANT_TRUE);
+        CoUninitialize();
+    });
+    EXPECT_EQ(application->Delay(Forever), S_OK);
+    other.join();
+}
+
+TEST_F(Delays, LeaveTheEndOfTheProgramToTheHost) {
+    PostQuitMessage(7);
+    EXPECT_EQ(application->Delay(0.15F), S_OK);
+    MSG message;
+    ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
+    EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(message.wParam, 7U);
+    EXPECT_FALSE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
+}
+
+TEST_F(Delays, AreScaled) {
+    EXPECT_EQ(application->put_DelayScale(0.0), S_OK);
+    EXPECT_EQ(application->Delay(Forever), S_OK);
+    EXPECT_EQ(Raised(application->put_DelayScale(-1.0), application.get()),
+              "5|Seamlib.clsApplication|The factor on delays may not be negative");
+    EXPECT_EQ(Raised(application->Delay(-0.5F), application.get()),
+              "5|Seamlib.clsApplication|The time of a delay may not be negative");
+}
+
+TEST(MessageLog, KeepsEntriesForScripts) {
+    const auto log = CreateByProgId<IMessageLog>("Seamlib.clsMessageLog");
+    ASSERT_EQ(log->Clear(), S_OK);
+    EXPECT_EQ(log->Log(6, Bstr("TARN").get(), Bstr("RF?").get(), com::MissingArgument()), S_OK);
+    Invoke(log.get(), L"Log", DISPATCH_METHOD, {5, std::string("TARN"), std::string("RF?"), 1.5});
+    EXPECT_EQ(com::FromVariant(Invoke(log.get(), L"Count", DISPATCH_PROPERTYGET, {})), Value(2));
+    EXPECT_EQ(com::TextOf(Invoke(log.get(), L"Entry", DISPATCH_PROPERTYGET, {1})), "6\tTARN\tRF?\t");
+    EXPECT_EQ(com::TextOf(Invoke(log.get(), L"Entry", DISPATCH_PROPERTYGET, {2})), "5\tTARN\tRF?\t1.5");
+    EXPECT_EQ(Raised([&] { Invoke(log.get(), L"Entry", DISPATCH_PROPERTYGET, {3}); }),
+              "9|Seamlib.clsMessageLog|There is no entry 3 in the message log, it has 2");
+    log->Clear();
+}
+
+TEST(ErrorService, RaisesExactlyWhatItIsGiven) {
+    const auto service = CreateByProgId<IErrorService>("Seamlib.clsErrorService");
+    struct {
+        std::int32_t number;
+        std::uint32_t result;
+    } const cases[] = {
+        {2002, 0x800A07D2U},
+        {380, 0x800A017CU},
+        {40006, 0x800A9C46U},
+        {static_cast<std::int32_t>(0x800407D4U), 0x800407D4U},
+    };
+    for (const auto& [number, result] : cases) {
+        EXPECT_EQ(static_cast<std::uint32_t>(service->RaiseDriverError(number, Bstr("a.b ").get(),
+                                                                       Bstr("Get  x failed").get(),
+                                                                       com::MissingArgument(), com::MissingArgument())),
+                  result);
+        EXPECT_EQ(Raised(static_cast<HRESULT>(result), service.get()), std::to_string(number) + "|a.b |Get  x failed");
+    }
+    EXPECT_EQ(Raised(service->RaiseDriverError(0, nullptr, nullptr, com::MissingArgument(), com::MissingArgument()),
+                     service.get()),
+              "5|Seamlib.clsErrorService|0 is no error number");
+}
+
+TEST(ErrorService, RaisesWithHelpForScripts) {
+    const auto service = CreateByProgId<IErrorService>("Seamlib.clsErrorService");
+    try {
+        Invoke(service.get(), L"RaiseDriverError", DISPATCH_METHOD,
+               {2003, std::string("source"), std::string("text"), std::string("tarn.hlp"), 77});
+        FAIL() << "nothing raised";
+    } catch (const platform::AutomationError& error) {
+        EXPECT_EQ(error.Number, 2003);
+        EXPECT_EQ(error.Source, "source");
+        EXPECT_EQ(error.Description, "text");
+        EXPECT_EQ(error.HelpFile, "tarn.hlp");
+        EXPECT_EQ(error.HelpContext, 77);
+    }
+}
+
+TEST(ErrorService, ReportsToTheMessageLog) {
+    const auto log = CreateByProgId<IMessageLog>("Seamlib.clsMessageLog");
+    const auto framework = com::ComFramework();
+    auto& service = framework->TheErrorService();
+    log->Clear();
+    for (const bool reporting : {true, false}) {
+        service.SetErrorReporting(reporting);
+        EXPECT_EQ(service.ErrorReporting(), reporting);
+        EXPECT_EQ(Raised([&] { service.RaiseDriverError({2002, "s", "d"}); }), "2002|s|d");
+        EXPECT_EQ(com::FromVariant(Invoke(log.get(), L"Count", DISPATCH_PROPERTYGET, {})), Value(1));
+    }
+    service.SetErrorReporting(true);
+    log->Clear();
+}

@@ -1,0 +1,114 @@
+#include "tests/com-host/Client.h"
+#include "tests/com-host/Fake.h"
+
+using com::ComPtr;
+using platform::Value;
+
+namespace {
+
+/// Notes what arrives and answers every query with "---".
+class FakeLink : public Fake<ITextLink> {
+  public:
+    STDMETHODIMP get_Timeout(float* seconds) override {
+        *seconds = 5.0F;
+        return S_OK;
+    }
+    STDMETHODIMP put_Timeout(float) override {
+        return com::Border(IID_ITextLink, [] {
+            throw platform::AutomationError(platform::ObjectError(platform::ReceiveTimedOut), "clsLink", "Timed out");
+        });
+    }
+    STDMETHODIMP SendReceive(BSTR command, VARIANT* response) override {
+        Seen = com::Utf8(command) + (com::ParameterNotFound(*response) ? " without" : " with") + " response";
+        if (!com::ParameterNotFound(*response)) *response = com::ToVariant(Value(std::string("---")));
+        return S_OK;
+    }
+    STDMETHODIMP WriteString(BSTR command) override {
+        Seen = com::Utf8(command);
+        return S_OK;
+    }
+    STDMETHODIMP ReadString(VARIANT command, BSTR* answer) override {
+        *answer = com::ToBstr(com::OptionalText(command).value_or("no command"));
+        return S_OK;
+    }
+
+    std::string Seen;
+};
+
+}  // namespace
+
+TEST(TransportProxy, PassesOptionalArguments) {
+    FakeLink link;
+    {
+        com::TransportProxy proxy{ComPtr<ITextLink>(&link)};
+        std::string answer;
+        proxy.SendReceive("RF?", &answer);
+        EXPECT_EQ(link.Seen, "RF? with response");
+        EXPECT_EQ(answer, "---");
+        proxy.SendReceive("*CLS", nullptr);
+        EXPECT_EQ(link.Seen, "*CLS without response");
+        EXPECT_EQ(proxy.ReadString(std::nullopt), "no command");
+        EXPECT_EQ(proxy.ReadString("SYST:ERR?"), "SYST:ERR?");
+        EXPECT_EQ(proxy.Timeout(), 5.0F);
+        EXPECT_EQ(Raised([&] { proxy.SetTimeout(1.0F); }),
+                  std::to_string(static_cast<std::int32_t>(0x800407DEU)) + "|clsLink|Timed out");
+        EXPECT_EQ(link.Taken, 1 + 2) << "only the text interface, and error support when it was needed";
+        EXPECT_THROW(proxy.IsConnected(), platform::AutomationError);
+    }
+    EXPECT_EQ(link.References, 0);
+}
+
+TEST(Framework, CreatesTransportsByProgId) {
+    const auto framework = com::ComFramework();
+    EXPECT_EQ(Raised([&] { framework->CreateTransport("Conduit.clsNone"); }),
+              "429||Component can't create object: \"Conduit.clsNone\"");
+    struct {
+        const char* progId;
+        const char* subtree;
+        std::vector<std::string> settings;
+    } const cases[] = {
+        {"Conduit.clsGPIB", "GPIB", {"Board", "Primary Address", "Secondary Address"}},
+        {"Conduit.clsComm", "RS232", {"Comm Port", "Baud Rate", "Data Bits", "Parity", "Stop Bits", "Handshaking"}},
+        {"Conduit.clsEthernet", "TCP/IP", {"Host", "Port"}},
+        {"Conduit.clsGUI", "GUI", {"Port"}},
+    };
+    for (const auto& [progId, subtree, settings] : cases) {
+        const auto transport = framework->CreateTransport(progId);
+        const auto group = transport->Settings();
+        EXPECT_EQ(group->Name(), subtree);
+        for (const auto& setting : settings) EXPECT_EQ(group->Item(setting)->Name(), setting);
+        EXPECT_EQ(com::ComOf(*group), com::ComOf(*transport->Settings())) << "the same node every time";
+    }
+}
+
+TEST(Framework, ReadsNumbersOfTheUsersFormat) {
+    const auto framework = com::ComFramework();
+    wchar_t number[8] = L"2";
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, number + 1, 4);
+    lstrcatW(number, L"5");
+    EXPECT_EQ(framework->NumberFromText(com::Utf8(std::wstring_view(number))), 2.5);
+    EXPECT_EQ(framework->NumberFromText("two"), std::nullopt);
+}
+
+TEST(Transport, NeedsAConnection) {
+    const auto link = com::CreateByProgId<ITextLink>("Conduit.clsEthernet");
+    EXPECT_LT(link->WriteString(com::Bstr("*CLS").get()), S_OK);
+    com::Variant response = Arg("kept");
+    EXPECT_LT(link->SendReceive(com::Bstr("RF?").get(), &response), S_OK);
+    EXPECT_EQ(com::TextOf(response), "kept");
+}
+
+TEST(Transport, TellsInTheMessageLogWhyItCannotConnect) {
+    const auto framework = com::ComFramework();
+    const auto log = com::CreateByProgId<IMessageLog>("Seamlib.clsMessageLog");
+    for (const auto progId : {"Conduit.clsGPIB", "Conduit.clsGUI"}) {
+        log->Clear();
+        const auto transport = framework->CreateTransport(progId);
+        EXPECT_THROW(transport->Connect(true), platform::AutomationError);
+        EXPECT_FALSE(transport->IsConnected());
+        com::Bstr entry;
+        ASSERT_EQ(log->get_Entry(1, entry.put()), S_OK) << progId;
+        EXPECT_EQ(entry.Utf8().substr(0, 2), "1\t");
+    }
+    log->Clear();
+}
