@@ -17,8 +17,7 @@ const Server& TheServer() {
         {&CLSID_clsRegister, "XTarn4x.clsRegister", "Registration of the Tarn 4x driver", Threading::Apartment,
          CreateRegister, categories},
     };
-    static constexpr Category introduced[] = {{&DriverCategory, "Instrument drivers"}};
-    static const Server server{&LIBID_XTarn4x, classes, introduced};
+    static const Server server{&LIBID_XTarn4x, classes};
     return server;
 }
 

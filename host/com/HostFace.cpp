@@ -1,6 +1,7 @@
 #include "host/com/HostFace.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "host/com/Members.h"
 #include "platform/com/Categories.h"
@@ -144,6 +145,17 @@ class HostFace : public DualFace<&CLSID_clsHost, IHost> {
     STDMETHODIMP Identify(IDispatch* driver, IIdentify** identify) override {
         return Get<IHost>(identify, [&] {
             return FaceFor<IdentifyFace, IIdentify>(InterfaceOf<IDriverIdentify>(driver, "an identity"));
+        });
+    }
+    STDMETHODIMP SaveBytes(BSTR fileName, VARIANT bytes) override {
+        return Call<IHost>([&] {
+            const auto contents = BytesOf(bytes);
+            std::FILE* file = _wfopen(fileName ? fileName : L"", L"wb");
+            const bool written = file && std::fwrite(contents.data(), 1, contents.size(), file) == contents.size();
+            if (!file || std::fclose(file) != 0 || !written) {
+                throw platform::AutomationError(platform::PathFileAccessError, Source,
+                                                "The file " + Utf8(fileName) + " cannot be written");
+            }
         });
     }
 };
