@@ -1,7 +1,6 @@
 // Prints the reference docs/members.md from a type library:
 //
 //   print-members.exe XTarn4x.tlb
-#include <oleauto.h>
 #include <windows.h>
 
 #include <cstdio>

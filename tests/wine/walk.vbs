@@ -168,4 +168,4 @@ Err.Clear
 Set second = driver.AlarmStatistics
 CheckTrue "an object of its own", second.Statistics <> statistics.Statistics
 
-Finish 83
+Finish 72
