@@ -16,6 +16,8 @@ usage: tarn4x-sim [--port N] [--serial PATH] [--front-panel N] [settings]
   --front-panel N  answer on TCP port N as the application behind the front panel does: there is no
                    error queue and no block transfer
   --script FILE    scripted answers and faults
+  --replay FILE    answer as a trace of the message log tells; may be repeated, the older trace first
+  --replay-timing  answers of a trace take as long as they took when it was recorded
   --seed N         seed of the noise, the channels and their echoes (1)
   --settle S       longest time in seconds for which results read "---" after a change (0.3)
   --options LIST   installed options, separated by commas (TARN-B1,TARN-B11,TARN-B12,TARN-B13)
@@ -54,6 +56,10 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
             line.serial = value();
         } else if (name == "--script") {
             line.script = value();
+        } else if (name == "--replay") {
+            line.replay.push_back(value());
+        } else if (name == "--replay-timing") {
+            line.replayTiming = true;
         } else if (name == "--seed") {
             line.seed = ToNumber(name, value(), 4'000'000'000u);
         } else if (name == "--settle") {
@@ -70,6 +76,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
             throw std::invalid_argument("unknown argument '" + name + "'");
         }
     }
+    if (line.replayTiming && line.replay.empty()) throw std::invalid_argument("--replay-timing needs --replay");
     if (!line.port && !line.serial && !line.frontPanel) line.port = 5025;
     return line;
 }

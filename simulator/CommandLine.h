@@ -11,9 +11,10 @@ namespace sim {
 struct CommandLine {
     std::optional<uint16_t> port, frontPanel;
     std::optional<std::string> serial, script, options, firmware;
+    std::vector<std::string> replay;
     std::optional<unsigned> seed;
     std::optional<std::chrono::milliseconds> settle;
-    bool verbose = false, help = false;
+    bool replayTiming = false, verbose = false, help = false;
 };
 
 /// Throws std::invalid_argument with a text for the user.

@@ -67,16 +67,6 @@ SignalChange ToChange(std::string_view text) {
     return change;
 }
 
-// Letter case and the number of blanks do not matter in a pattern.
-std::string Normalise(std::string_view line) {
-    std::string text;
-    for (const char c : Upper(Trim(line))) {
-        const char plain = static_cast<unsigned char>(c) <= ' ' ? ' ' : c;
-        if (plain != ' ' || !text.ends_with(' ')) text += plain;
-    }
-    return text;
-}
-
 }  // namespace
 
 Script::Script(std::string_view text) {

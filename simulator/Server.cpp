@@ -11,8 +11,8 @@
 
 namespace sim {
 
-Server::Server(Receiver& receiver, Script& script, bool verbose)
-    : receiver_(receiver), interpreter_(receiver), script_(script), verbose_(verbose) {}
+Server::Server(Receiver& receiver, Script& script, Replay& replay, Options options)
+    : receiver_(receiver), interpreter_(receiver), script_(script), replay_(replay), options_(options) {}
 
 uint16_t Server::ListenOn(uint16_t port, Face face) {
     ports_.push_back({TcpListener{port}, face});
@@ -80,7 +80,8 @@ void Server::Work(Peer& peer) {
 
 void Server::Execute(Peer& peer, const std::string& line) {
     Log(peer, "<-", line);
-    const Treatment treatment = script_.Treat(line);
+    Treatment treatment = script_.Treat(line);
+    replay_.Apply(line, options_.replayTiming, treatment);
     if (treatment.busy.count() > 0) {
         busyUntil_ = Steady::now() + treatment.busy;
         waiting_ = {&peer, line, treatment};
@@ -126,7 +127,7 @@ int Server::PollTimeout(Steady::time_point now) const {
 }
 
 void Server::Log(const Peer& peer, std::string_view direction, std::string_view text) const {
-    if (!verbose_) return;
+    if (!options_.verbose) return;
     const char* face = peer.Serial() ? "serial" : peer.Face() == Face::FrontPanel ? "panel" : "tcp";
     std::string shown = Escape(text.substr(0, 200));
     if (text.size() > 200) shown += "... (" + std::to_string(text.size()) + " bytes)";

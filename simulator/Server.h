@@ -7,6 +7,7 @@
 
 #include "simulator/Interpreter.h"
 #include "simulator/Peer.h"
+#include "simulator/Replay.h"
 #include "simulator/Script.h"
 #include "simulator/SerialLine.h"
 #include "simulator/TcpListener.h"
@@ -16,7 +17,13 @@ namespace sim {
 /// Lets any number of partners talk to one instrument.
 class Server {
   public:
-    Server(Receiver& receiver, Script& script, bool verbose);
+    struct Options {
+        bool replayTiming = false;  // answers of the replay are as late as they were
+        bool verbose = false;
+    };
+
+    /// A rule of the script comes before what the replay says about the same line.
+    Server(Receiver& receiver, Script& script, Replay& replay, Options options);
 
     /// Each gives the port in use. Throws std::system_error.
     uint16_t ListenOn(uint16_t port, Face face);
@@ -41,7 +48,8 @@ class Server {
     Receiver& receiver_;
     Interpreter interpreter_;
     Script& script_;
-    bool verbose_;
+    Replay& replay_;
+    Options options_;
     std::list<Port> ports_;
     std::list<SerialLine> serialLines_;
     std::list<Peer> peers_;

@@ -33,6 +33,15 @@ std::string_view Trim(std::string_view text) {
     return text;
 }
 
+std::string Normalise(std::string_view line) {
+    std::string text;
+    for (const char c : Upper(Trim(line))) {
+        const char plain = static_cast<unsigned char>(c) <= ' ' ? ' ' : c;
+        if (plain != ' ' || !text.ends_with(' ')) text += plain;
+    }
+    return text;
+}
+
 std::vector<std::string_view> Split(std::string_view text, char separator) {
     std::vector<std::string_view> pieces;
     for (size_t end; (end = text.find(separator)) != text.npos; text.remove_prefix(end + 1)) {

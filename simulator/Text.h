@@ -12,6 +12,8 @@ namespace sim {
 std::string Upper(std::string_view text);
 /// Removes control characters and blanks at both ends; in a message they all separate words.
 std::string_view Trim(std::string_view text);
+/// The form in which two lines are the same that differ in letter case and the number of blanks only.
+std::string Normalise(std::string_view line);
 /// Splits at every separator; an empty text gives one empty piece.
 std::vector<std::string_view> Split(std::string_view text, char separator);
 /// The shortest decimal text that reads back as the same number: 474000000, 134.5.

@@ -24,13 +24,15 @@ FileDescriptor StopRequests() {
     return FileDescriptor{::signalfd(-1, &signals, SFD_CLOEXEC)};
 }
 
-Script ReadScript(const std::string& path) {
+// Hands the text of a file over; what is wrong in it is told under the file's name.
+template <class Reader>
+void Read(const std::string& path, Reader reader) {
     std::ifstream file{path, std::ios::binary};
     if (!file) throw std::invalid_argument("cannot read " + path);
     std::ostringstream text;
     text << file.rdbuf();
     try {
-        return Script{text.str()};
+        reader(text.str());
     } catch (const std::invalid_argument& error) {
         throw std::invalid_argument(path + ", " + error.what());
     }
@@ -56,14 +58,21 @@ int Run(const std::vector<std::string>& arguments) {
         std::fputs(kUsage, stdout);
         return 0;
     }
-    Script script = line.script ? ReadScript(*line.script) : Script{};
+    Script script;
+    if (line.script) Read(*line.script, [&](const std::string& text) { script = Script{text}; });
+    Replay replay;
+    for (const std::string& path : line.replay) Read(path, [&](const std::string& text) { replay.Add(text); });
+    if (!line.replay.empty() && replay.Empty()) {
+        throw std::invalid_argument("nothing to replay in " + line.replay.back() +
+                                    " (a driver is recorded while its setting Log Messages is Yes)");
+    }
     Receiver receiver{Configure(line), [] { return std::chrono::system_clock::now(); }};
     Signal signal = receiver.OnAir();
     for (const SignalChange& change : script.Signal()) Change(signal, change);
     receiver.Transmit(signal);
 
     const FileDescriptor stop = StopRequests();
-    Server server{receiver, script, line.verbose};
+    Server server{receiver, script, replay, {line.replayTiming, line.verbose}};
     const auto address = [](uint16_t port) { return "127.0.0.1:" + std::to_string(port); };
     if (line.port) Announce("listening on", address(server.ListenOn(*line.port, Face::Remote)));
     if (line.frontPanel) Announce("front panel on", address(server.ListenOn(*line.frontPanel, Face::FrontPanel)));

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "simulator/FileDescriptor.h"
+#include "tests/simulator/Trace.h"
 #include "tests/support/Program.h"
 
 namespace {
@@ -75,11 +76,13 @@ std::string Temporary(const std::string& name) {
     return testing::TempDir() + "tarn4x-sim-" + std::to_string(::getpid()) + "-" + name;
 }
 
-class ScriptFile {
+class TextFile {
   public:
-    explicit ScriptFile(const std::string& text) { std::ofstream{path} << text; }
-    ~ScriptFile() { std::filesystem::remove(path); }
-    const std::string path = Temporary("script");
+    explicit TextFile(const std::string& text, const std::string& name = "script") : path(Temporary(name)) {
+        std::ofstream{path} << text;
+    }
+    ~TextFile() { std::filesystem::remove(path); }
+    const std::string path;
 };
 
 TEST(Program, TalksOverTcpToSeveralAtATime) {
@@ -124,7 +127,7 @@ TEST(Program, ShowsTheFrontPanelsFace) {
 }
 
 TEST(Program, PlaysFaults) {
-    const ScriptFile script{
+    const TextFile script{
         "on 1? | answer late | delay 50\n"
         "on 2? | answer pieces | split 1 | gap 1 | terminator crlf\n"
         "on 3? | answer one\\ntwo\n"
@@ -162,11 +165,11 @@ TEST(Program, PlaysFaults) {
 }
 
 TEST(Program, TurnsPartnersAwayAndGoesDeaf) {
-    const ScriptFile refusing{"refuse connections\n"};
+    const TextFile refusing{"refuse connections\n"};
     Program closed{{"--port", "0", "--script", refusing.path}};
     EXPECT_THAT(Client{closed.Port()}.Receive(), testing::AnyOf("(end)", "(reset)"));
     closed.End(SIGTERM);
-    const ScriptFile deaf{"on *IDN? | deaf\n"};
+    const TextFile deaf{"on *IDN? | deaf\n"};
     Program program{{"--port", "0", "--script", deaf.path}};
     const uint16_t port = program.Port();
     Client first{port}, second{port};
@@ -188,11 +191,35 @@ TEST(Program, SurvivesAPartnerWhoDoesNotRead) {
     EXPECT_EQ(program.End(SIGTERM), 0);
 }
 
+TEST(Program, ReplaysTracesOverBothLinks) {
+    const TextFile older{Trace("SENS:FREQ:CENT  482E6|READ:RF:LEVEL?"), "trace.1"};
+    const TextFile newer{Trace("READ:RF:LEVEL?=-41.5 \xC2\xB5|*IDN?|*IDN?=FIELD,TARN,7,4.10|*OPC?"
+                               "|SYST:ERR?|SYST:ERR?=-310,\"System error\"|READ:BUFFER:PCX?|READ:BUFFER:PCX?=1 bytes"
+                               "|READ:RF:LEVEL?|READ:RF:LEVEL?=-99") +
+                             "2025-01-31T12:34:57.000Z\t\t6\tTA",
+                         "trace"};
+    const std::string line = Temporary("replay");
+    Program program{{"--port", "0", "--serial", line, "--replay", older.path, "--replay", newer.path}};
+    Client tcp{program.Port()};
+    EXPECT_EQ(program.Line(), "serial line " + line);
+    Client serial{line};
+    tcp.Send("SENS:FREQ:CENT  482E6\n");
+    EXPECT_EQ(tcp.Ask("READ:RF:LEVEL?"), "-41.5 \xB5\n");
+    EXPECT_EQ(serial.Ask("READ:RF:LEVEL?"), "-99\n");
+    EXPECT_EQ(tcp.Ask("*OPC?\n*IDN?"), "FIELD,TARN,7,4.10\n");  // the first query stays without an answer
+    EXPECT_EQ(serial.Ask("SYST:ERR?"), "-310,\"System error\"\n");
+    EXPECT_EQ(tcp.Ask("SYST:ERR?"), "0,\"No error\"\n");
+    EXPECT_EQ(tcp.Ask("SENS:FREQ:CENT?"), "482000000\n");  // not in the trace, but the command before was executed
+    EXPECT_EQ(serial.Ask("READ:SCREEN:BUFFER?"), "0\n");
+    serial.Send("READ:BUFFER:PCX?\n");
+    EXPECT_EQ(serial.Receive(2), "#4");
+}
+
 TEST(Program, RefusesBadArguments) {
-    const ScriptFile broken{"signal cn\n"};
+    const TextFile broken{"signal cn\n"}, empty{"", "empty"};
     struct Case {
         std::vector<std::string> arguments;
-        const char* message;
+        std::string message;
         int exitCode;
     };
     for (const Case& c :
@@ -201,6 +228,9 @@ TEST(Program, RefusesBadArguments) {
           Case{{"--settle", "nan"}, "--settle cannot be 'nan'", 2},
           Case{{"--options", "TARN-X"}, "unknown option TARN-X", 2},
           Case{{"--script", "/nowhere"}, "cannot read /nowhere", 2}, Case{{"--script", broken.path}, "line 1: ", 2},
+          Case{{"--replay", broken.path}, broken.path + ", line 1: fields", 2},
+          Case{{"--replay", empty.path}, "nothing to replay in " + empty.path, 2},
+          Case{{"--replay-timing"}, "--replay-timing needs --replay", 2},
           Case{{"--serial", "/nowhere/line"}, "/nowhere/line: No such file", 1}}) {
         Program program{c.arguments};
         EXPECT_THAT(program.Line(), HasSubstr(c.message));
