@@ -29,7 +29,7 @@ class Dispatch : public Interface {
     STDMETHODIMP GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* identifiers) final {
         if (!names || !identifiers) return E_POINTER;
         if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-        return Border(IID_IDispatch, [&] { return FindNames(Description(), names, count, identifiers); });
+        return Border(IID_IDispatch, [&] { return Shared().Names().Find(names, count, identifiers); });
     }
 
     STDMETHODIMP Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
@@ -41,10 +41,11 @@ class Dispatch : public Interface {
     }
 
   private:
-    static ITypeInfo* Description() {
-        static constinit SharedTypeInfo description(&__uuidof(Interface));
-        return description.Get();
+    static SharedTypeInfo& Shared() {
+        static constinit SharedTypeInfo shared(&__uuidof(Interface));
+        return shared;
     }
+    static ITypeInfo* Description() { return Shared().Get(); }
 };
 
 /// An automation object with dual interfaces, the default one first. Coclass is null for objects whose class has no

@@ -1,7 +1,11 @@
 #include "platform/com/TypeLibrary.h"
 
+#include <algorithm>
+#include <memory>
+
 #include "platform/com/Errors.h"
 #include "platform/com/Server.h"
+#include "platform/com/Text.h"
 
 namespace com {
 namespace {
@@ -14,6 +18,15 @@ auto WithAttributes(ITypeInfo* description, Use&& use) {
     const auto result = use(*attributes);
     description->ReleaseTypeAttr(attributes);
     return result;
+}
+
+// Members have names of ASCII letters.
+std::wstring LowerCase(const wchar_t* text) {
+    std::wstring lower(text);
+    for (wchar_t& c : lower) {
+        if (c >= L'A' && c <= L'Z') c = static_cast<wchar_t>(c - L'A' + L'a');
+    }
+    return lower;
 }
 
 ComPtr<ITypeInfo> ImplementedInterface(ITypeInfo* coclass, REFGUID guid) {
@@ -56,8 +69,31 @@ ComPtr<ITypeInfo> FindTypeInfo(REFGUID guid) {
     return {};
 }
 
-HRESULT FindNames(ITypeInfo* description, LPOLESTR* names, UINT count, DISPID* identifiers) {
-    return description->GetIDsOfNames(names, count, identifiers);
+NameTable::NameTable(ITypeInfo* description) : description_(description) {
+    const UINT count = WithAttributes(description, [](const TYPEATTR& attributes) { return attributes.cFuncs; });
+    for (UINT index = 0; index < count; ++index) {
+        FUNCDESC* function = nullptr;
+        Check(description->GetFuncDesc(index, &function));
+        const DISPID identifier = function->memid;
+        description->ReleaseFuncDesc(function);
+        Bstr name;
+        UINT named = 0;
+        Check(description->GetNames(identifier, name.put(), 1, &named));
+        entries_.push_back({LowerCase(name.get()), identifier});
+    }
+    std::ranges::sort(entries_, {}, &Entry::name);
+}
+
+HRESULT NameTable::Find(LPOLESTR* names, UINT count, DISPID* identifiers) const {
+    if (count == 1 && names[0]) {
+        const auto wanted = LowerCase(names[0]);
+        const auto found = std::ranges::lower_bound(entries_, wanted, {}, &Entry::name);
+        if (found != entries_.end() && found->name == wanted) {
+            *identifiers = found->identifier;
+            return S_OK;
+        }
+    }
+    return description_->GetIDsOfNames(names, count, identifiers);
 }
 
 HRESULT InvokeMember(ITypeInfo* description, IDispatch* object, DISPID member, WORD flags, DISPPARAMS* arguments,
@@ -75,6 +111,16 @@ ITypeInfo* SharedTypeInfo::Get() {
         if (!known) known = found.detach();
     }
     return static_cast<ITypeInfo*>(known);
+}
+
+const NameTable& SharedTypeInfo::Names() {
+    void* known = InterlockedCompareExchangePointer(&names_, nullptr, nullptr);
+    if (!known) {
+        auto made = std::make_unique<NameTable>(Get());
+        known = InterlockedCompareExchangePointer(&names_, made.get(), nullptr);
+        if (!known) known = made.release();
+    }
+    return *static_cast<const NameTable*>(known);
 }
 
 }  // namespace com

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "platform/com/ComPtr.h"
 
 namespace com {
@@ -11,12 +14,27 @@ ComPtr<ITypeLib> EmbeddedTypeLibrary();
 /// imported library. Raises AutomationError.
 ComPtr<ITypeInfo> FindTypeInfo(REFGUID guid);
 
-/// Dispatch identifiers of names: the one place where names are looked up.
-HRESULT FindNames(ITypeInfo* description, LPOLESTR* names, UINT count, DISPID* identifiers);
-
 /// Calls a member by its dispatch identifier. What the member raises is in the exception structure.
 HRESULT InvokeMember(ITypeInfo* description, IDispatch* object, DISPID member, WORD flags, DISPPARAMS* arguments,
                      VARIANT* result, EXCEPINFO* exception, UINT* badArgument);
+
+/// Dispatch identifiers of an interface's members by name, in any letter case. A look-up costs the same for every
+/// member; the type description itself would search member by member.
+class NameTable {
+  public:
+    explicit NameTable(ITypeInfo* description);
+    /// Names of arguments may follow that of the member.
+    HRESULT Find(LPOLESTR* names, UINT count, DISPID* identifiers) const;
+
+  private:
+    struct Entry {
+        std::wstring name;  // in lower case
+        DISPID identifier;
+    };
+
+    ComPtr<ITypeInfo> description_;
+    std::vector<Entry> entries_;  // in the order of their names
+};
 
 /// A description that is found once in the life of the module, whichever thread asks first.
 class SharedTypeInfo {
@@ -24,10 +42,13 @@ class SharedTypeInfo {
     explicit constexpr SharedTypeInfo(const GUID* guid) : guid_(guid) {}
     /// The module's own reference. Raises AutomationError.
     ITypeInfo* Get();
+    /// The module's own table. Raises AutomationError.
+    const NameTable& Names();
 
   private:
     const GUID* guid_;
     void* description_ = nullptr;
+    void* names_ = nullptr;
 };
 
 }  // namespace com
