@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <system_error>
 
@@ -15,16 +16,31 @@ namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
+/// Power of ten of the first digit of a decimal text that is not zero: 2 for "123.4", -3 for "0.12e-2".
+long PowerOfTen(std::string_view text) {
+    const auto e = text.find('e');
+    const auto mantissa = text.substr(0, e);
+    const auto digit = mantissa.find_first_of("123456789");
+    if (digit == std::string_view::npos) return 0;
+    const auto point = std::min(mantissa.find('.'), mantissa.size());
+    const long place = static_cast<long>(point) - static_cast<long>(digit) - (digit < point ? 1 : 0);
+    if (e == std::string_view::npos) return place;
+    const auto exponent = text.substr(e + 1);
+    long power = 0;
+    const auto read = std::from_chars(exponent.data(), exponent.data() + exponent.size(), power);
+    constexpr long beyond = 1'000'000'000;
+    if (read.ec == std::errc::result_out_of_range || std::abs(power) > beyond) {
+        power = exponent.starts_with('-') ? -beyond : beyond;
+    }
+    return place + power;
+}
+
 /// A plain decimal text as a number; what is too large becomes the largest number, what is too small becomes zero.
 double FromDecimal(std::string_view text) {
     double number = 0.0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
     if (result.ec == std::errc::result_out_of_range) {
-        const auto integer = text.substr(0, text.find_first_of(".e"));
-        const bool small =
-            text.find("e-") != std::string_view::npos ||
-            (text.find('e') == std::string_view::npos && integer.find_first_of("123456789") == text.npos);
-        const double limit = small ? 0.0 : std::numeric_limits<double>::max();
+        const double limit = PowerOfTen(text) < 0 ? 0.0 : std::numeric_limits<double>::max();
         return text.starts_with('-') ? -limit : limit;
     }
     return number;
