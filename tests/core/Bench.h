@@ -3,11 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <charconv>
-#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -16,83 +15,63 @@
 
 namespace tarn4x::test {
 
+using namespace tarn4x;  // for those who use this namespace
 using platform::AutomationError;
-using platform::ObjectError;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
-/// One exchange of a transcript: what the driver must send, and what the instrument answers. An answer of nullopt
-/// belongs to a command; an error is raised instead of the answer.
+/// One exchange of a dialogue: what the driver must send, and what the instrument answers or the transport raises.
 struct Exchange {
-    Exchange(std::string sent) : Sent(std::move(sent)) {}  // NOLINT: transcripts read better
-    Exchange(const char* sent) : Sent(sent) {}             // NOLINT
-    Exchange(std::string sent, std::string answer) : Sent(std::move(sent)), Answer(std::move(answer)) {}
-    Exchange(std::string sent, AutomationError error) : Sent(std::move(sent)), Error(std::move(error)) {}
-
     std::string Sent;
-    std::optional<std::string> Answer;
+    std::string Answer;
     std::optional<AutomationError> Error;
 };
 
-inline AutomationError TransportFailure(std::int32_t code, std::string description = "failed") {
-    return {ObjectError(code), "Conduit", std::move(description)};
-}
+/// The exchanges of a dialogue, separated by " | ": "COMMAND" is a command, "QUERY? = ANSWER" a query and its answer,
+/// "QUERY? ! 2014 TEXT" a transfer that fails with that error of the transport (a number below 1000 stays plain), and
+/// "11 x " in front repeats an exchange.
+std::vector<Exchange> Dialogue(std::string_view text);
+
+/// The entries "number=word" of a list, separated by " | ".
+std::vector<std::pair<int, std::string>> Words(std::string_view list);
 
 /// A plain settings tree: what the driver needs of it and no more.
 class FakeNode : public platform::SettingsNode {
   public:
-    explicit FakeNode(std::string name = {}) : name(std::move(name)) {}
+    explicit FakeNode(std::string_view name = {}, std::int32_t kind = 0, std::int32_t style = 0,
+                      std::string_view valueList = {})
+        : Kind(kind), Style(style), name(name), list(valueList) {}
 
     void AddGroup(std::string_view child, std::int32_t kind, std::int32_t style) override {
         AddSetting(child, kind, style, "");
     }
     std::shared_ptr<SettingsNode> AddSetting(std::string_view child, std::int32_t kind, std::int32_t style,
                                              std::string_view valueList) override {
-        auto node = std::make_shared<FakeNode>(std::string(child));
-        node->Kind = kind;
-        node->Style = style;
-        node->list = valueList;
-        children.push_back(node);
-        return node;
+        return children.emplace_back(std::make_shared<FakeNode>(child, kind, style, valueList));
     }
     void AddNode(const std::shared_ptr<SettingsNode>& node, bool notify, bool store) override {
         EXPECT_TRUE(notify && store);
-        children.push_back(std::static_pointer_cast<FakeNode>(node));
+        children.push_back(node);
     }
-    std::shared_ptr<SettingsNode> Item(std::string_view path) override {
-        const auto dot = path.find('.');
-        for (const auto& child : children) {
-            if (child->name != path.substr(0, dot)) continue;
-            return dot == std::string_view::npos ? child : child->Item(path.substr(dot + 1));
-        }
-        throw AutomationError(platform::SubscriptOutOfRange, "FakeNode", "no " + std::string(path));
-    }
-    std::vector<std::shared_ptr<SettingsNode>> Children() override { return {children.begin(), children.end()}; }
+    std::shared_ptr<SettingsNode> Item(std::string_view path) override;
+    std::vector<std::shared_ptr<SettingsNode>> Children() override { return children; }
     std::string Name() override { return name; }
     platform::Value GetValue() override { return value; }
-    void SetValue(bool notify, bool store, const platform::Value& to) override {
-        EXPECT_TRUE(notify && store);
-        value = to;
-        // What the real tree does with a display text.
-        for (const auto entry : Split(list)) {
-            const auto equals = entry.find('=');
-            if (platform::ToText(to) == Trim(entry.substr(0, equals))) value = std::string(entry.substr(equals + 1));
-        }
-    }
+    void SetValue(bool notify, bool store, const platform::Value& to) override;
     std::string ValueList() override { return list; }
     void SetValueList(std::string_view to) override { list = to; }
     void SetFixed(bool to) override { Fixed = to; }
 
-    std::int32_t Kind = 0;
-    std::int32_t Style = 0;
+    std::int32_t Kind, Style;
     bool Fixed = false;
 
   private:
-    std::string name;
-    std::string list;
+    std::string name, list;
     platform::Value value;
-    std::vector<std::shared_ptr<FakeNode>> children;
+    std::vector<std::shared_ptr<SettingsNode>> children;
 };
 
-/// The world around one driver: framework, settings and an instrument that follows a transcript.
+/// The world around one driver: framework, settings and an instrument that follows a dialogue.
 class FakeFramework : public platform::Framework,
                       public platform::Application,
                       public platform::MessageLog,
@@ -106,11 +85,11 @@ class FakeFramework : public platform::Framework,
     std::shared_ptr<platform::Transport> CreateTransport(std::string_view progId) override;
     std::optional<double> NumberFromText(std::string_view text) override {  // a region with a decimal comma
         std::string point(text);
-        for (char& c : point) c = c == ',' ? '.' : c;
+        std::ranges::replace(point, ',', '.');
         return StrictNumber(point);
     }
 
-    bool AbortRequested() override { return Abort || (AbortAfterSending && Sent.size() >= *AbortAfterSending); }
+    bool AbortRequested() override { return Abort || Sent >= AbortAfterSending; }
     void Delay(float seconds) override { Delays.push_back(seconds); }
     std::int32_t AppState() override { return State; }
     void SuspendState() override { States += "suspend "; }
@@ -118,8 +97,8 @@ class FakeFramework : public platform::Framework,
 
     void Log(std::int16_t kind, std::string_view source, std::string_view text, std::string_view data) override {
         if (LogFails) throw AutomationError(5, "log", "log fails");
-        Logged.push_back(std::to_string(kind) + ' ' + std::string(source) + ' ' + std::string(text) + '|' +
-                         std::string(data));
+        Logged.push_back(
+            std::to_string(kind).append(" ").append(source).append(" ").append(text).append("|").append(data));
     }
 
     void RaiseDriverError(const AutomationError& error) override {
@@ -129,34 +108,21 @@ class FakeFramework : public platform::Framework,
     bool ErrorReporting() override { return Reporting; }
     void SetErrorReporting(bool reporting) override { Reporting = reporting; }
 
-    /// Takes the next exchange of the transcript; drains of the error queue answer by themselves unless scripted.
+    /// Takes the next exchange; a drain of the error queue that the dialogue does not have finds the queue empty.
     std::string Take(std::string_view command);
 
-    std::deque<Exchange> Transcript;
-    std::vector<std::string> Sent;  // without the drains
-    bool ScriptedErrorQueue = false;
-    int Drains = 0;
-
-    bool Abort = false;
-    std::optional<std::size_t> AbortAfterSending;
-    std::vector<float> Delays;
+    std::vector<Exchange> Dialogue;  // the rest of it
+    std::size_t Sent = 0, AbortAfterSending = SIZE_MAX;
+    int Drains = 0, Raised = 0;
+    bool Abort = false, LogFails = false, Reporting = true, ConnectFails = false;
     std::int32_t State = 0;
-    std::string States;
-    std::vector<std::string> Logged;
-    bool LogFails = false;
-    bool Reporting = true;
-    int Raised = 0;
-
+    std::string States, MissingProgId, TransportName;
+    std::vector<std::string> Logged, BlockReads;  // "count command"
     std::vector<int> SerialPorts{1};
-    std::vector<bool> ReportingDuringProbe;
-    bool ConnectFails = false;
-    std::string MissingProgId;
+    std::vector<bool> ReportingDuringProbe, Connects;
     float Timeout = 0.0F;
-    std::vector<float> TimeoutsSet;
-    std::vector<bool> Connects;
-    std::string TransportName;
-    std::vector<std::uint8_t> Block;      // what ReadBlock hands out, piece by piece
-    std::vector<std::string> BlockReads;  // "count command"
+    std::vector<float> Delays, TimeoutsSet;
+    std::string Block;  // what ReadBlock hands out, piece by piece
     std::shared_ptr<platform::SettingsNode> LastSettings;
 };
 
@@ -165,10 +131,7 @@ class FakeTransport : public platform::Transport {
     FakeTransport(std::shared_ptr<FakeFramework> world, std::string_view progId);
 
     float Timeout() override { return world->Timeout; }
-    void SetTimeout(float seconds) override {
-        world->Timeout = seconds;
-        world->TimeoutsSet.push_back(seconds);
-    }
+    void SetTimeout(float seconds) override { world->TimeoutsSet.push_back(world->Timeout = seconds); }
     void SendReceive(std::string_view command, std::string* response) override {
         const auto came = world->Take(command);
         if (response != nullptr) *response = came;
@@ -189,52 +152,86 @@ class FakeTransport : public platform::Transport {
   private:
     std::shared_ptr<FakeFramework> world;
     std::string progId;
-    std::shared_ptr<FakeNode> settings;
+    std::shared_ptr<platform::SettingsNode> settings;
     bool connected = false;
 };
 
-/// A driver that is on-line over TCP/IP; the transcript starts behind going on-line. The bench fails on a command that
-/// the transcript does not have next, and on a line left over.
+/// A driver that is on-line over TCP/IP; its dialogue starts behind going on-line. The bench fails on a command that
+/// the dialogue does not have next, and on an exchange left over.
 class Bench {
   public:
-    explicit Bench(std::vector<Exchange> transcript = {}, bool onLine = true);
-    ~Bench() {
-        for (const auto& left : world->Transcript) ADD_FAILURE() << "never sent: " << left.Sent;
-    }
+    explicit Bench(std::string_view dialogue = {}, bool onLine = true);
+    /// With a driver that knows the measure mode.
+    explicit Bench(TarnMeasureModes mode, std::string_view dialogue = {});
+    ~Bench() { ExpectEnd(); }
     Bench(const Bench&) = delete;
     Bench& operator=(const Bench&) = delete;
 
-    void Expect(std::vector<Exchange> transcript) {
-        for (auto& exchange : transcript) world->Transcript.push_back(std::move(exchange));
-    }
-    /// Lets the driver know the measure mode without an exchange.
-    void KnowMode(TarnMeasureModes mode);
+    clsTarn4x* operator->() { return &driver; }
+    void Expect(std::string_view dialogue);
+    void ExpectEnd();
+    platform::SettingsNode& Setting(std::string_view path) { return *driver.get_IDriverSetup_Settings()->Item(path); }
+    void Set(std::string_view path, std::string value) { Setting(path).SetValue(true, true, std::move(value)); }
 
     std::shared_ptr<FakeFramework> world = std::make_shared<FakeFramework>();
-    std::optional<clsTarn4x> storage;
-    clsTarn4x& driver;
-
-  private:
-    clsTarn4x& Create();
+    clsTarn4x driver{world};
 };
 
-/// What a statement raises, or a description of its absence.
-template <class Statement>
-AutomationError Raised(Statement&& statement) {
-    try {
-        statement();
-    } catch (const AutomationError& error) {
-        return error;
+constexpr auto Done = "";  // the outcome of a call without a result
+
+/// A result as text. Of an error: "number source: description", where "+" in front of the number stands for
+/// ObjectErrorBase, and a source of the driver is without its "clsTarn4x".
+template <class Result>
+std::string Text(const Result& result) {
+    if constexpr (std::is_convertible_v<Result, std::string_view>) {
+        return std::string(std::string_view(result));
+    } else {
+        return platform::GeneralNumber(static_cast<double>(result));
     }
-    return {0, "nothing", "was raised"};
+}
+std::string Text(const AutomationError& error);
+
+/// The regular errors of a member; Refused stands behind them when the transport says that the instrument refused.
+inline std::string GetFailed(const std::string& member) { return "+2004 ." + member + ": Get " + member + " failed"; }
+inline std::string LetFailed(const std::string& member) { return "+2005 ." + member + ": Let " + member + " failed"; }
+inline std::string OutOfRange(const std::string& member) {
+    return "+380 ." + member + ": " + member + " value out of range";
+}
+inline std::string WrongMode(const std::string& member) {
+    return "+2016 ." + member + ": Wrong measurement mode selected";
+}
+const std::string Refused = ".  Error : 0,\"No error\"";
+
+template <class Call>
+std::string Outcome(Call&& call) {
+    try {
+        if constexpr (!std::is_void_v<decltype(call())>) return Text(call());
+        call();
+        return Done;
+    } catch (const AutomationError& error) {
+        return Text(error);
+    }
 }
 
-#define EXPECT_RAISES(statement, number, source, description)                                        \
-    do {                                                                                             \
-        const auto raisedError = ::tarn4x::test::Raised([&] { static_cast<void>(statement); });      \
-        EXPECT_EQ(raisedError.Number, static_cast<std::int32_t>(number)) << raisedError.Description; \
-        EXPECT_EQ(raisedError.Source, source);                                                       \
-        EXPECT_EQ(raisedError.Description, description);                                             \
+#define EXPECT_OUTCOME(call, expected) EXPECT_EQ(Outcome([&] { return call; }), Text(expected))
+
+/// A call of the bench's driver: the dialogue that it must lead, and its result or error.
+#define CHECK(bench, dialogue, call, expected)                                           \
+    do {                                                                                 \
+        (bench).Expect(dialogue);                                                        \
+        EXPECT_EQ(Outcome([&] { return (bench)->call; }), Text(expected)) << (dialogue); \
+        (bench).ExpectEnd();                                                             \
     } while (false)
+
+/// A property with words on the wire, for tables.
+struct Property {
+    const char* Name;
+    int (*Get)(clsTarn4x&);
+    void (*Put)(clsTarn4x&, int);
+};
+// clang-format off
+#define PROPERTY(name) Property{#name, [](clsTarn4x& d) { return static_cast<int>(d.get_##name()); }, \
+    [](clsTarn4x& d, int value) { d.put_##name(static_cast<decltype(d.get_##name())>(value)); }}
+// clang-format on
 
 }  // namespace tarn4x::test

@@ -1,45 +1,38 @@
 #include "tests/core/Bench.h"
 
-namespace tarn4x::test {
-namespace {
+using namespace tarn4x::test;
 
-const Exchange Identification{"*IDN?", "VANTERRA,TARN,100123,5.10"};
-constexpr auto BoardQuery = "SYSTEM:SERVICE:GET:BOARD:INFO?";
+const std::string Identification = "*IDN? = VANTERRA,TARN,100123,5.10",
+                  Mask = "READ:INFO:DATA? = ", Boards = "SYSTEM:SERVICE:GET:BOARD:INFO? = ";
 
 TEST(Identity, IsReadOnceAndSplit) {
-    Bench bench{{Identification}};
-    EXPECT_EQ(bench.driver.get_Identity(), "VANTERRA,TARN,100123,5.10");
-    EXPECT_EQ(bench.driver.get_Manufacturer(), "VANTERRA");
-    EXPECT_EQ(bench.driver.get_IDriverIdentify_ModelNumber(), "TARN");
-    EXPECT_EQ(bench.driver.get_SerialNumber(), "100123");
-    EXPECT_EQ(bench.driver.get_FirmwareVersion(), "5.10");
-    bench.Expect({{"SYST:MODE DVBT"}, {"*IDN?", "\"VANTERRA,TARN\""}});
-    bench.driver.put_Mode(tarnDVBT);
-    EXPECT_EQ(bench.driver.get_ModelNumber(), "TARN");
-    EXPECT_EQ(bench.driver.get_SerialNumber(), "") << "fewer fields";
+    Bench bench;
+    CHECK(bench, Identification, get_Identity(), "VANTERRA,TARN,100123,5.10");
+    CHECK(bench, "", get_Manufacturer(), "VANTERRA");
+    CHECK(bench, "", get_IDriverIdentify_ModelNumber(), "TARN");
+    CHECK(bench, "", get_SerialNumber(), "100123");
+    CHECK(bench, "", get_FirmwareVersion(), "5.10");
+    CHECK(bench, "SYST:MODE DVBT", put_Mode(tarnDVBT), Done);
+    CHECK(bench, "*IDN? = \"VANTERRA,TARN\"", get_ModelNumber(), "TARN");
+    CHECK(bench, "", get_SerialNumber(), "");  // fewer fields
 }
 
 TEST(Identity, ReportsFailuresWithTheSourceOfTheInterface) {
-    Bench bench{{{"*IDN?", TransportFailure(2011)},
-                 {"*IDN?", TransportFailure(2014)},
-                 {"*IDN?", TransportFailure(2011)},
-                 {"READ:INFO:DATA?", TransportFailure(2011)}}};
-    EXPECT_RAISES(bench.driver.get_Identity(), 0x800407D4, "clsTarn4x.Identity",
-                  "Get Identity failed.  Error : 0,\"No error\"");
-    EXPECT_RAISES(bench.driver.get_Identity(), 0x800407D4, "clsTarn4x.Identity", "Get Identity failed");
-    EXPECT_RAISES(bench.driver.get_SerialNumber(), 0x800407D4, "clsTarn4x.IDriverIdentify_SerialNumber",
-                  "Get SerialNumber failed");
-    EXPECT_RAISES(bench.driver.get_InstalledHardware(), 0x800407D4, "clsTarn4x.IDriverIdentify_InstalledHardware",
-                  "Get InstalledHardware failed");
+    Bench bench;
+    CHECK(bench, "*IDN? ! 2011", get_Identity(), GetFailed("Identity") + Refused);
+    CHECK(bench, "*IDN? ! 2014", get_Identity(), GetFailed("Identity"));
+    CHECK(bench, "*IDN? ! 2011", get_SerialNumber(), "+2004 .IDriverIdentify_SerialNumber: Get SerialNumber failed");
+    CHECK(bench, "READ:INFO:DATA? ! 2011", get_InstalledHardware(),
+          "+2004 .IDriverIdentify_InstalledHardware: Get InstalledHardware failed");
 }
 
 TEST(Identity, CachesNothingWhenTheUserAsksToStop) {
-    Bench bench{{Identification, {"READ:INFO:DATA?", "33"}, Identification}};
+    Bench bench;
     bench.world->Abort = true;
-    EXPECT_EQ(bench.driver.get_Identity(), "");
-    EXPECT_EQ(bench.driver.get_InstalledHardware(), "");
+    CHECK(bench, Identification, get_Identity(), "");
+    CHECK(bench, Mask + "33", get_InstalledHardware(), "");
     bench.world->Abort = false;
-    EXPECT_EQ(bench.driver.get_Manufacturer(), "VANTERRA");
+    CHECK(bench, Identification, get_Manufacturer(), "VANTERRA");
 }
 
 TEST(InstalledHardware, ComesFromTheMaskAndTheBoards) {
@@ -58,28 +51,21 @@ TEST(InstalledHardware, ComesFromTheMaskAndTheBoards) {
         {"64512", "0x83", "TARN-K23,TARN-K22,TARN-K21,TARN-B20,TARN-B7,TARN-B10"},
     };
     for (const auto& c : cases) {
-        Bench bench{{{"READ:INFO:DATA?", c.Mask}, Identification, {BoardQuery, c.Boards}}};
-        EXPECT_EQ(bench.driver.get_InstalledHardware(), c.Options) << c.Mask;
-        EXPECT_EQ(bench.driver.get_InstalledHardware(), c.Options) << "cached";
+        Bench bench;
+        CHECK(bench, Mask + c.Mask + " | " + Identification + " | " + Boards + c.Boards, get_InstalledHardware(),
+              c.Options);
+        CHECK(bench, "", get_InstalledHardware(), c.Options);
     }
 }
 
 TEST(InstalledHardware, TriesTheFiltersWhereNoBoardTells) {
-    const auto probe = std::vector<Exchange>{{"SENSE:DVBT:FILTER:SAW?", "OFF"},
-                                             {"SENSE:DVBT:FILTER:SAW MHZ6"},
-                                             {"SENSE:DVBT:FILTER:SAW?", "MHZ6"},
-                                             {"SENSE:DVBT:FILTER:SAW MHZ7", TransportFailure(2010)},
-                                             {"SENSE:DVBT:FILTER:SAW?", TransportFailure(2014)},
-                                             {"SENSE:DVBT:FILTER:SAW MHZ8", TransportFailure(2014)},
-                                             {"SENSE:DVBT:FILTER:SAW?", "MHZ8"},
-                                             {"SENSE:DVBT:FILTER:SAW OFF"}};
-    Bench old{{{"READ:INFO:DATA?", "16"}, {"*IDN?", "VANTERRA,TARN,1,4.99"}}};
-    old.Expect(probe);
-    EXPECT_EQ(old.driver.get_InstalledHardware(), "TARN-B13,TARN-B11,TARN-B2");
-    Bench boardless{{{"READ:INFO:DATA?", "0"}, Identification, {BoardQuery, "0X83 6.0"}}};
-    boardless.Expect(probe);
-    EXPECT_EQ(boardless.driver.get_InstalledHardware(), "TARN-B13,TARN-B11");
+    const std::string probe =
+        " | SENSE:DVBT:FILTER:SAW? = OFF | SENSE:DVBT:FILTER:SAW MHZ6 | SENSE:DVBT:FILTER:SAW? = MHZ6"
+        " | SENSE:DVBT:FILTER:SAW MHZ7 ! 2010 | SENSE:DVBT:FILTER:SAW? ! 2014 | SENSE:DVBT:FILTER:SAW MHZ8 ! 2014"
+        " | SENSE:DVBT:FILTER:SAW? = MHZ8 | SENSE:DVBT:FILTER:SAW OFF";
+    Bench old, boardless;
+    CHECK(old, Mask + "16 | *IDN? = VANTERRA,TARN,1,4.99" + probe, get_InstalledHardware(),
+          "TARN-B13,TARN-B11,TARN-B2");
+    CHECK(boardless, Mask + "0 | " + Identification + " | " + Boards + "0X83 6.0" + probe, get_InstalledHardware(),
+          "TARN-B13,TARN-B11");
 }
-
-}  // namespace
-}  // namespace tarn4x::test

@@ -1,203 +1,121 @@
 #include "tests/core/Bench.h"
 
-namespace tarn4x::test {
-namespace {
+using namespace tarn4x::test;
 
-using testing::ElementsAre;
+const std::string Rf = "ROUTE:ISELECT? = RF", Demod = "ROUTE:ISELECT? = DEM", If = "ROUTE:ISELECT? = IF";
+const std::string WrongPort = ": Wrong input port selected";
 
-const Exchange Rf{"ROUTE:ISELECT?", "RF"}, Demod{"ROUTE:ISELECT?", "DEM"}, If{"ROUTE:ISELECT?", "IF"};
-
-/// What it takes to learn the options once; bit 0 is TARN-B3.
-std::vector<Exchange> Options(bool impedance) {
-    return {{"READ:INFO:DATA?", impedance ? "1" : "0"},
-            {"*IDN?", "VANTERRA,TARN,100,5.05"},
-            {"SYSTEM:SERVICE:GET:BOARD:INFO?", "0x83"}};
-}
-
-/// A bench on the RF input whose options are known.
+/// A bench on the RF input whose options are known; bit 0 is TARN-B3, the impedance option.
 struct InputBench : Bench {
     explicit InputBench(bool impedance) {
-        Expect({Rf});
-        Expect(Options(impedance));
-        if (impedance) Expect({{"INPUT:ATTENUATION:IMP?", "O50"}});
-        EXPECT_EQ(driver.get_InputPort(), impedance ? tarnReceiver50ohm : tarnReceiver);
-        world->Sent.clear();
+        const std::string mask = impedance ? "1" : "0", port = impedance ? " | INPUT:ATTENUATION:IMP? = O50" : "";
+        CHECK(*this,
+              Rf + " | READ:INFO:DATA? = " + mask +
+                  " | *IDN? = VANTERRA,TARN,100,5.05 | SYSTEM:SERVICE:GET:BOARD:INFO? = 0x83" + port,
+              get_InputPort(), impedance ? tarnReceiver50ohm : tarnReceiver);
     }
 };
 
 TEST(InputPort, IsReadWithItsImpedanceWhenTheOptionIsThere) {
-    InputBench plain(false);
-    plain.Expect({Rf, Demod, If, {"ROUTE:ISELECT?", "RF1"}});
-    EXPECT_EQ(plain.driver.get_InputPort(), tarnReceiver);
-    EXPECT_EQ(plain.driver.get_InputPort(), tarnDemod);
-    EXPECT_EQ(plain.driver.get_InputPort(), tarnIF);
-    EXPECT_RAISES(plain.driver.get_InputPort(), 0x8004017C, "clsTarn4x.InputPort",
-                  "Invalid Property Value  (InputPort = RF1)");
-    InputBench option(true);
-    option.Expect({Rf, {"INPUT:ATTENUATION:IMP?", "O75"}, Rf, {"INPUT:ATTENUATION:IMP?", "O750"}});
-    EXPECT_EQ(option.driver.get_InputPort(), tarnReceiver75ohm);
-    EXPECT_RAISES(option.driver.get_InputPort(), 0x8004017C, "clsTarn4x.InputPort",
-                  "Invalid Property Value  (InputPort = O750)");
+    InputBench plain(false), option(true);
+    CHECK(plain, Rf, get_InputPort(), tarnReceiver);
+    CHECK(plain, Demod, get_InputPort(), tarnDemod);
+    CHECK(plain, If, get_InputPort(), tarnIF);
+    CHECK(plain, "ROUTE:ISELECT? = RF1", get_InputPort(), "+380 .InputPort: Invalid Property Value  (InputPort = RF1)");
+    CHECK(option, Rf + " | INPUT:ATTENUATION:IMP? = O75", get_InputPort(), tarnReceiver75ohm);
+    CHECK(option, Rf + " | INPUT:ATTENUATION:IMP? = O750", get_InputPort(),
+          "+380 .InputPort: Invalid Property Value  (InputPort = O750)");
 }
 
 TEST(InputPort, IsWrittenWithItsImpedanceWhenTheOptionIsThere) {
-    const struct {
-        bool Impedance;
-        TarnInputPorts Port;
-        std::vector<Exchange> Sent;
-    } cases[] = {
-        {false, tarnReceiver, {"ROUT:ISEL RF"}},
-        {false, tarnReceiver75ohm, {"ROUT:ISEL RF"}},
-        {true, tarnReceiver, {"ROUT:ISEL RF"}},
-        {true, tarnDemod, {"ROUT:ISEL DEM"}},
-        {true, tarnIF, {"ROUT:ISEL IF"}},
-        {true, tarnReceiver50ohm, {"ROUT:ISEL RF", "INP:ATT:IMP O50"}},
-        {true, tarnReceiver75ohm, {"ROUT:ISEL RF", "INP:ATT:IMP O75"}},
-    };
-    for (const auto& c : cases) {
-        InputBench bench(c.Impedance);
-        bench.Expect(c.Sent);
-        bench.driver.put_InputPort(c.Port);
-        EXPECT_THAT(bench.world->Delays, ElementsAre(1.0F));
-    }
-    Bench bench;
-    EXPECT_RAISES(bench.driver.put_InputPort(static_cast<TarnInputPorts>(3)), 0x8004017C, "clsTarn4x.InputPort",
-                  "Invalid Property Value (InputPort = 3)");
+    InputBench plain(false), option(true);
+    CHECK(plain, "ROUT:ISEL RF", put_InputPort(tarnReceiver), Done);
+    CHECK(plain, "ROUT:ISEL RF", put_InputPort(tarnReceiver75ohm), Done);
+    EXPECT_THAT(plain.world->Delays, ElementsAre(1.0F, 1.0F));
+    CHECK(option, "ROUT:ISEL RF", put_InputPort(tarnReceiver), Done);
+    CHECK(option, "ROUT:ISEL DEM", put_InputPort(tarnDemod), Done);
+    CHECK(option, "ROUT:ISEL IF", put_InputPort(tarnIF), Done);
+    CHECK(option, "ROUT:ISEL RF | INP:ATT:IMP O50", put_InputPort(tarnReceiver50ohm), Done);
+    CHECK(option, "ROUT:ISEL RF | INP:ATT:IMP O75", put_InputPort(tarnReceiver75ohm), Done);
+    CHECK(option, "", put_InputPort(TarnInputPorts(3)), "+380 .InputPort: Invalid Property Value (InputPort = 3)");
+    EXPECT_EQ(option.world->Delays, std::vector<float>(5, 1.0F));
 }
 
 TEST(InputAttenuation, AlwaysAsksForThePortFirst) {
+    const std::string automatic = If + " | INPUT:ATTENUATION:AUTO? = ",
+                      manual = If + " | INPUT:ATTENUATION:AUTO? = OFF | INPUT:ATTENUATION? = ",
+                      unknown = "+380 .InputAttenuation_Receiver: Device reported an unrecognised attenuator setting ";
     InputBench bench(false);
-    bench.Expect({If,
-                  {"INPUT:ATTENUATION:AUTO ON"},
-                  If,
-                  {"INPUT:ATTENUATION:AUTO OFF"},
-                  {"INPUT:ATTENUATION 7"},
-                  If,
-                  {"INPUT:ATTENUATION:AUTO?", "ON"},
-                  If,
-                  {"INPUT:ATTENUATION:AUTO?", "0"},
-                  {"INPUT:ATTENUATION?", "35"},
-                  If,
-                  {"INPUT:ATTENUATION:AUTO?", "OFF"},
-                  {"INPUT:ATTENUATION?", "\"12.5\""},
-                  If,
-                  {"INPUT:ATTENUATION:AUTO?", "10"},
-                  If,
-                  {"INPUT:ATTENUATION:AUTO?", "OFF"},
-                  {"INPUT:ATTENUATION?", "5 dB"}});
-    bench.driver.put_InputAttenuation(tarnAttenAuto);
-    bench.driver.put_InputAttenuation_Receiver(static_cast<TarnInputAttenuations>(7));
-    EXPECT_EQ(bench.driver.get_InputAttenuation(), tarnAttenAuto);
-    EXPECT_EQ(bench.driver.get_InputAttenuation_Receiver(), tarnAtten35);
-    EXPECT_RAISES(bench.driver.get_InputAttenuation(), 0x8004017C, "clsTarn4x.InputAttenuation_Receiver",
-                  "Device reported an unrecognised attenuator setting (\"12.5\")");
-    EXPECT_RAISES(bench.driver.get_InputAttenuation_Receiver(), 0x8004017C, "clsTarn4x.InputAttenuation_Receiver",
-                  "Device reported an unrecognised attenuator setting (10)");
-    EXPECT_RAISES(bench.driver.get_InputAttenuation_Receiver(), 0x800407D4, "clsTarn4x.InputAttenuation_Receiver",
-                  "Get InputAttenuation_Receiver failed");
+    CHECK(bench, If + " | INPUT:ATTENUATION:AUTO ON", put_InputAttenuation(tarnAttenAuto), Done);
+    CHECK(bench, If + " | INPUT:ATTENUATION:AUTO OFF | INPUT:ATTENUATION 7",
+          put_InputAttenuation_Receiver(TarnInputAttenuations(7)), Done);
+    CHECK(bench, automatic + "ON", get_InputAttenuation(), tarnAttenAuto);
+    CHECK(bench, automatic + "0 | INPUT:ATTENUATION? = 35", get_InputAttenuation_Receiver(), tarnAtten35);
+    CHECK(bench, manual + "\"12.5\"", get_InputAttenuation(), unknown + "(\"12.5\")");
+    CHECK(bench, automatic + "10", get_InputAttenuation_Receiver(), unknown + "(10)");
+    CHECK(bench, manual + "5 dB", get_InputAttenuation_Receiver(), GetFailed("InputAttenuation_Receiver"));
 }
 
 TEST(InputAttenuationValue, IsTheAttenuationInUse) {
     InputBench bench(false);
-    bench.Expect({Rf, {"INPUT:ATTENUATION?", "55"}, Rf, {"INPUT:ATTENUATION?", "60 or 55"}, Demod});
-    EXPECT_EQ(bench.driver.get_InputAttenuationValue(), tarnAtten55);
-    EXPECT_RAISES(bench.driver.get_InputAttenuationValue_Receiver(), 0x800407D4,
-                  "clsTarn4x.InputAttenuationValue_Receiver", "Get InputAttenuationValue_Receiver failed");
-    EXPECT_RAISES(bench.driver.get_InputAttenuationValue_Receiver(), 0x800407E2,
-                  "clsTarn4x.InputAttenuationValue_Receiver", "Wrong input port selected");
+    CHECK(bench, Rf + " | INPUT:ATTENUATION? = 55", get_InputAttenuationValue(), tarnAtten55);
+    CHECK(bench, Rf + " | INPUT:ATTENUATION? = 60 or 55", get_InputAttenuationValue_Receiver(),
+          GetFailed("InputAttenuationValue_Receiver"));
+    CHECK(bench, Demod, get_InputAttenuationValue_Receiver(), "+2018 .InputAttenuationValue_Receiver" + WrongPort);
 }
 
 TEST(InputAttenuationMode, HasItsOwnCommandsForEachReceiverPort) {
-    const struct {
-        bool Impedance;
-        int Mode;
-        const char* Sent;  // nullptr: refused
-    } cases[] = {
-        {false, 0, "INPUT:ATTENUATION:MODE LNO"},
-        {false, 1, "INPUT:ATTENUATION:MODE IGN"},
-        {false, 2, "INPUT:ATTENUATION:MODE LDIS"},
-        {false, 3, "INPUT:ATTENUATION:MODE LSD"},
-        {false, 4, nullptr},
-        {true, 0, "INP:ATT:REC LNO"},
-        {true, 1, "INP:ATT:REC NORM"},
-        {true, 2, "INP:ATT:REC LDIS"},
-        {true, 3, nullptr},
-    };
-    for (const auto& c : cases) {
-        InputBench bench(c.Impedance);
-        bench.Expect({Rf});
-        if (c.Impedance) bench.Expect({{"INPUT:ATTENUATION:IMP?", "O50"}});
-        if (c.Sent != nullptr) bench.Expect({c.Sent});
-        const auto raised =
-            Raised([&] { bench.driver.put_InputAttenuationMode_Receiver(static_cast<TarnRxAttenModes>(c.Mode)); });
-        if (c.Sent != nullptr) continue;
-        EXPECT_EQ(raised.Number, static_cast<std::int32_t>(0x8004017C));
-        EXPECT_EQ(raised.Source, "clsTarn4x.InputAttenuationMode_Receiver");
-        EXPECT_EQ(raised.Description, "Invalid Property Value (" + std::to_string(c.Mode) + ")");
-    }
+    const std::string receiver = Rf + " | INPUT:ATTENUATION:MODE ", fifty = Rf + " | INPUT:ATTENUATION:IMP? = O50",
+                      invalid = "+380 .InputAttenuationMode_Receiver: Invalid Property Value (";
+    InputBench plain(false), option(true);
+    CHECK(plain, receiver + "LNO", put_InputAttenuationMode_Receiver(tarnRxAttenLoNoise), Done);
+    CHECK(plain, receiver + "IGN", put_InputAttenuationMode_Receiver(tarnRxAttenNormal), Done);
+    CHECK(plain, receiver + "LDIS", put_InputAttenuationMode_Receiver(tarnRxAttenLoDistn), Done);
+    CHECK(plain, receiver + "LSD", put_InputAttenuationMode_Receiver(tarnRxAttenLowestDistn), Done);
+    CHECK(plain, Rf, put_InputAttenuationMode_Receiver(TarnRxAttenModes(4)), invalid + "4)");
+    CHECK(option, fifty + " | INP:ATT:REC LNO", put_InputAttenuationMode_Receiver(tarnRxAttenLoNoise), Done);
+    CHECK(option, fifty + " | INP:ATT:REC NORM", put_InputAttenuationMode_Receiver(tarnRxAttenNormal), Done);
+    CHECK(option, fifty + " | INP:ATT:REC LDIS", put_InputAttenuationMode_Receiver(tarnRxAttenLoDistn), Done);
+    CHECK(option, fifty, put_InputAttenuationMode_Receiver(tarnRxAttenLowestDistn), invalid + "3)");
 }
 
 TEST(InputAttenuationMode, ReadsEitherSetOfWords) {
-    const struct {
-        const char* Answer;
-        int Mode;
-    } answers[] = {{"LNO", 0}, {"IGN", 1}, {"NORM", 1}, {"LDIS", 2}, {"LSD", 3}};
-    for (const auto& a : answers) {
-        InputBench bench(false);
-        bench.Expect({Rf, {"INP:ATT:MODE?", a.Answer}});
-        EXPECT_EQ(bench.driver.get_InputAttenuationMode_Receiver(), a.Mode);
+    const std::string member = "+380 .InputAttenuationMode_Receiver";
+    InputBench plain(false), option(true);
+    for (const auto& [mode, word] : Words("0=LNO | 1=IGN | 1=NORM | 2=LDIS | 3=LSD")) {
+        CHECK(plain, Rf + " | INP:ATT:MODE? = " + word, get_InputAttenuationMode_Receiver(), mode);
     }
-    InputBench bench(true);
-    bench.Expect({Rf, {"INPUT:ATTENUATION:IMP?", "O75"}, {"INP:ATT:REC?", "HIGH"}, Demod});
-    EXPECT_RAISES(bench.driver.get_InputAttenuationMode_Receiver(), 0x8004017C,
-                  "clsTarn4x.InputAttenuationMode_Receiver",
-                  "Device reported an unrecognised demod attenuator setting (HIGH)");
-    bench.world->Abort = true;  // lets nothing pass here
-    EXPECT_RAISES(bench.driver.get_InputAttenuationMode_Receiver(), 0x800407E2,
-                  "clsTarn4x.InputAttenuationMode_Receiver", "Wrong input port selected");
+    CHECK(option, Rf + " | INPUT:ATTENUATION:IMP? = O75 | INP:ATT:REC? = HIGH", get_InputAttenuationMode_Receiver(),
+          member + ": Device reported an unrecognised demod attenuator setting (HIGH)");
+    option.world->Abort = true;  // lets nothing pass here
+    CHECK(option, Demod, get_InputAttenuationMode_Receiver(), "+2018 .InputAttenuationMode_Receiver" + WrongPort);
 }
 
 TEST(DemodAttenuation, MapsItsWordsOnTheDemodulatorPort) {
-    const struct {
-        int Value;
-        const char* Word;
-    } words[] = {{1, "AUTO"}, {2, "MNLW"}, {3, "MNLE"}, {4, "MNHI"}};
-    for (const auto& w : words) {
-        Bench bench{
-            {Demod, {std::string("INPUT:ATTENUATION:DEM ") + w.Word}, Demod, {"INPUT:ATTENUATION:DEM?", w.Word}}};
-        bench.driver.put_InputAttenuation_Demod(static_cast<TarnDemodAttenuations>(w.Value));
-        EXPECT_EQ(bench.driver.get_InputAttenuation_Demod(), w.Value);
+    constexpr auto value = [](int number) { return TarnDemodAttenuations(number); };
+    const std::string demod = Demod + " | INPUT:ATTENUATION:DEM", member = ".InputAttenuation_Demod";
+    Bench bench;
+    for (const auto& [number, word] : Words("1=AUTO | 2=MNLW | 3=MNLE | 4=MNHI")) {
+        CHECK(bench, demod + ' ' + word, put_InputAttenuation_Demod(value(number)), Done);
+        CHECK(bench, demod + "? = " + word, get_InputAttenuation_Demod(), number);
     }
-    Bench bench{{Demod, Demod, Demod, {"INPUT:ATTENUATION:DEM?", "AUTO?"}, If, If}};
-    for (const int value : {0, 5}) {
-        EXPECT_RAISES(bench.driver.put_InputAttenuation_Demod(static_cast<TarnDemodAttenuations>(value)), 0x8004017C,
-                      "clsTarn4x.InputAttenuation_Demod",
-                      "Invalid Property Value (InputAttenuation_Demod = " + std::to_string(value) + ")");
+    for (const int number : {0, 5}) {
+        CHECK(bench, Demod, put_InputAttenuation_Demod(value(number)),
+              "+380 " + member + ": Invalid Property Value (InputAttenuation_Demod = " + Text(number) + ")");
     }
-    EXPECT_RAISES(bench.driver.get_InputAttenuation_Demod(), 0x8004017C, "clsTarn4x.InputAttenuation_Demod",
-                  "Device reported an unrecognised demod attenuator setting (AUTO?)");
-    EXPECT_RAISES(bench.driver.get_InputAttenuation_Demod(), 0x800407E2, "clsTarn4x.InputAttenuation_Demod",
-                  "Wrong input port selected");
-    EXPECT_RAISES(bench.driver.put_InputAttenuation_Demod(tarnDemodAttenAuto), 0x800407E2,
-                  "clsTarn4x.InputAttenuation_Demod", "Wrong input port selected");
+    CHECK(bench, demod + "? = AUTO?", get_InputAttenuation_Demod(),
+          "+380 " + member + ": Device reported an unrecognised demod attenuator setting (AUTO?)");
+    CHECK(bench, If, get_InputAttenuation_Demod(), "+2018 " + member + WrongPort);
+    CHECK(bench, If, put_InputAttenuation_Demod(tarnDemodAttenAuto), "+2018 " + member + WrongPort);
 }
 
 TEST(DemodAttenuationValue, NeedsItsFirmware) {
-    Bench old{{{"*IDN?", "VANTERRA,TARN,100,5.04"}}};
-    EXPECT_RAISES(old.driver.get_InputAttenuationValue_Demod(), 0x800407E3, "clsTarn4x.InputAttenuationValue_Demod",
-                  "InputAttenuationValue_Demod is not supported by current firmware.");
-    Bench bench{{{"*IDN?", "VANTERRA,TARN,100,5.05"},
-                 Demod,
-                 {"INPUT:ATTENUATION:DEM:VAL?", "12"},
-                 Demod,
-                 {"INPUT:ATTENUATION:DEM:VAL?", "3"},
-                 If}};
-    EXPECT_EQ(bench.driver.get_InputAttenuationValue_Demod(), tarnDAVAutoHigh);
-    EXPECT_RAISES(bench.driver.get_InputAttenuationValue_Demod(), 0x8004017C, "clsTarn4x.InputAttenuationValue_Demod",
-                  "Device reported an unrecognised demod attenuator setting (3)");
-    EXPECT_RAISES(bench.driver.get_InputAttenuationValue_Demod(), 0x800407E2, "clsTarn4x.InputAttenuationValue_Demod",
-                  "Wrong input port selected");
+    const std::string member = ".InputAttenuationValue_Demod", query = Demod + " | INPUT:ATTENUATION:DEM:VAL? = ";
+    Bench old, bench;
+    CHECK(old, "*IDN? = VANTERRA,TARN,100,5.04", get_InputAttenuationValue_Demod(),
+          "+2019 " + member + ": InputAttenuationValue_Demod is not supported by current firmware.");
+    CHECK(bench, "*IDN? = VANTERRA,TARN,100,5.05 | " + query + "12", get_InputAttenuationValue_Demod(), 12);
+    CHECK(bench, query + "3", get_InputAttenuationValue_Demod(),
+          "+380 " + member + ": Device reported an unrecognised demod attenuator setting (3)");
+    CHECK(bench, If, get_InputAttenuationValue_Demod(), "+2018 " + member + WrongPort);
 }
-
-}  // namespace
-}  // namespace tarn4x::test

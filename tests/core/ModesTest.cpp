@@ -1,120 +1,85 @@
+#include <cmath>
+
 #include "tests/core/Bench.h"
 
-namespace tarn4x::test {
-namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace tarn4x::test;
 
 TEST(Mode, OnlySelectsDvbT) {
-    Bench bench{{"SYST:MODE DVBT"}};
-    bench.driver.put_Mode(tarnDVBT);
+    Bench bench;
+    CHECK(bench, "SYST:MODE DVBT", put_Mode(tarnDVBT), Done);
     EXPECT_THAT(bench.world->TimeoutsSet, ElementsAre(10.0F, 5.0F));
     EXPECT_THAT(bench.world->Delays, ElementsAre(10.0F));
-    const struct {
-        int Value;
-        const char* Text;
-    } refused[] = {{0, "0"}, {16, "16"}, {-5, "-5"}, {1, "NYQI"}, {4, "QAM"}, {12, "M83C"}, {14, "ATSC"}, {15, "NTSC"}};
-    for (const auto& r : refused) {
-        EXPECT_RAISES(bench.driver.put_Mode(static_cast<TarnModes>(r.Value)), 0x8004017C, "clsTarn4x.Mode",
-                      std::string("Invalid property value (Mode = ") + r.Text + ")");
+    for (const auto& [mode, text] : Words("0=0 | 16=16 | -5=-5 | 1=NYQI | 4=QAM | 12=M83C | 14=ATSC | 15=NTSC")) {
+        CHECK(bench, "", put_Mode(TarnModes(mode)), "+380 .Mode: Invalid property value (Mode = " + text + ")");
     }
 }
 
 TEST(Mode, IsAskedEveryTime) {
-    Bench bench{{{"SYST:MODE?", "\"J83B\""}, {"SYST:MODE?", "DVBT"}, {"SYST:MODE?", "xDVBT"}}};
-    EXPECT_EQ(bench.driver.get_Mode(), tarnJ83B);
-    EXPECT_EQ(bench.driver.get_Mode(), tarnDVBT);
-    EXPECT_RAISES(bench.driver.get_Mode(), 0x8004017C, "clsTarn4x.Mode",
-                  "Device reported an unrecognised mode (xDVBT)");
+    Bench bench;
+    CHECK(bench, "SYST:MODE? = \"J83B\"", get_Mode(), tarnJ83B);
+    CHECK(bench, "SYST:MODE? = DVBT", get_Mode(), tarnDVBT);
+    CHECK(bench, "SYST:MODE? = xDVBT", get_Mode(), "+380 .Mode: Device reported an unrecognised mode (xDVBT)");
 }
 
 TEST(MeasureMode, IsServedFromTheCacheAfterTheFirstRead) {
-    Bench bench{{{"SENS:DVBT:MEAS?", "IR_2"}}};
-    EXPECT_EQ(bench.driver.get_MeasureMode(), tarnIR_2);
-    EXPECT_EQ(bench.driver.get_MeasureMode(), tarnIR_2);
-    EXPECT_EQ(bench.driver.get_Prefix(), "---");
-}
-
-TEST(MeasureMode, RefusesAnAnswerItDoesNotKnow) {
-    Bench bench{{{"SENS:DVBT:MEAS?", "10 dB"}, {"SENS:DVBT:MEAS?", "0"}}};
-    EXPECT_RAISES(bench.driver.get_MeasureMode(), 0x8004017C, "clsTarn4x.MeasureMode",
-                  "Device reported an unrecognised measurement mode (10 dB)");
-    EXPECT_EQ(bench.driver.get_MeasureMode(), tarnUndefined);
-    EXPECT_EQ(bench.driver.get_MeasureMode(), tarnUndefined) << "cached as well";
+    Bench bench, undefined;
+    CHECK(bench, "SENS:DVBT:MEAS? = IR_2", get_MeasureMode(), tarnIR_2);
+    CHECK(bench, "", get_MeasureMode(), tarnIR_2);
+    EXPECT_EQ(bench->get_Prefix(), "---");
+    CHECK(undefined, "SENS:DVBT:MEAS? = 10 dB", get_MeasureMode(),
+          "+380 .MeasureMode: Device reported an unrecognised measurement mode (10 dB)");
+    CHECK(undefined, "SENS:DVBT:MEAS? = 0", get_MeasureMode(), tarnUndefined);
+    CHECK(undefined, "", get_MeasureMode(), tarnUndefined);
 }
 
 TEST(MeasureMode, IsWrittenWithALongTimeoutAndRemembered) {
-    const struct {
-        TarnMeasureModes Mode;
-        const char* Token;
-    } cases[] = {{tarnNORM, "NORM"}, {tarnMPCT, "MPCT"}, {tarnSP_1, "SP_1"}, {tarnIR_1, "IR_1"}, {tarnCENV, "CENV"}};
-    for (const auto& c : cases) {
-        Bench bench{{std::string("SENS:DVBT:MEAS ") + c.Token}};
-        bench.driver.put_MeasureMode(c.Mode);
+    for (const auto& [mode, token] : Words("0=NORM | 3=MPCT | 9=SP_1 | 14=IR_1 | 19=CENV")) {
+        Bench bench;
+        CHECK(bench, "SENS:DVBT:MEAS " + token, put_MeasureMode(TarnMeasureModes(mode)), Done);
         EXPECT_THAT(bench.world->TimeoutsSet, ElementsAre(100.0F, 5.0F));
         EXPECT_THAT(bench.world->Delays, ElementsAre(3.0F));
-        EXPECT_EQ(bench.driver.get_MeasureMode(), c.Mode);
+        CHECK(bench, "", get_MeasureMode(), mode);
     }
     Bench bench;
-    for (const int value : {-1, 20}) {
-        EXPECT_RAISES(bench.driver.put_MeasureMode(static_cast<TarnMeasureModes>(value)), 0x8004017C,
-                      "clsTarn4x.MeasureMode", "Invalid property value (MeasureMode = " + std::to_string(value) + ")");
+    for (const int mode : {-1, 20}) {
+        CHECK(bench, "", put_MeasureMode(TarnMeasureModes(mode)),
+              "+380 .MeasureMode: Invalid property value (MeasureMode = " + Text(mode) + ")");
     }
 }
 
 TEST(Modes, LeaveTheTimeoutRaisedWhenTheyFail) {
-    Bench bench{{{"SENS:DVBT:MEAS PAR", TransportFailure(2014)},
-                 {"SENS:DVBT:MEAS?", "HIST"},
-                 {"SYST:MODE DVBT", TransportFailure(2014)},
-                 {"SENS:DVBT:MEAS?", "PAR"}}};
-    EXPECT_RAISES(bench.driver.put_MeasureMode(tarnPAR), 0x800407D5, "clsTarn4x.MeasureMode", "Let MeasureMode failed");
+    Bench bench;
+    CHECK(bench, "SENS:DVBT:MEAS PAR ! 2014", put_MeasureMode(tarnPAR), LetFailed("MeasureMode"));
     EXPECT_FLOAT_EQ(bench.world->Timeout, 100.0F);
-    EXPECT_EQ(bench.driver.get_MeasureMode(), tarnHIST) << "a failed write leaves the cache alone";
-    EXPECT_RAISES(bench.driver.put_Mode(tarnDVBT), 0x800407D5, "clsTarn4x.Mode", "Let Mode failed");
+    CHECK(bench, "SENS:DVBT:MEAS? = HIST", get_MeasureMode(), tarnHIST);  // the cache was left alone
+    CHECK(bench, "SYST:MODE DVBT ! 2014", put_Mode(tarnDVBT), LetFailed("Mode"));
     EXPECT_FLOAT_EQ(bench.world->Timeout, 10.0F);
-    EXPECT_EQ(bench.driver.get_MeasureMode(), tarnPAR) << "a change of standard forgets the measure mode";
+    CHECK(bench, "SENS:DVBT:MEAS? = PAR", get_MeasureMode(), tarnPAR);  // forgotten with the standard
     EXPECT_THAT(bench.world->Delays, IsEmpty());
 }
 
 TEST(RF, IsWrittenInTenthsOfAHertzBehindTwoBlanks) {
-    const struct {
-        double Hz;
-        const char* Command;
-    } cases[] = {{474000000.0, "SENS:FREQ:CENT  474000000"},
-                 {474000000.25, "SENS:FREQ:CENT  474000000.3"},
-                 {3000000.0, "SENS:FREQ:CENT  3000000"},
-                 {10000000009.0, "SENS:FREQ:CENT  10000000009"}};
-    for (const auto& c : cases) {
-        Bench bench{{c.Command}};
-        bench.driver.put_RF(c.Hz);
-        EXPECT_THAT(bench.world->Delays, IsEmpty());
-    }
+    const std::string invalid = "+380 .RF: Invalid property value (RF = ";
     Bench bench;
-    for (const auto& [hz, text] :
-         {std::pair(2999999.9, "2999999.9"), std::pair(10000000009.5, "10000000009.5"), std::pair(-1e20, "-1E+20")}) {
-        EXPECT_RAISES(bench.driver.put_RF(hz), 0x8004017C, "clsTarn4x.RF",
-                      std::string("Invalid property value (RF = ") + text + " Hz)");
-    }
-    EXPECT_NE(Raised([&] { bench.driver.put_RF(std::nan("")); }).Number, 0);
-}
-
-TEST(RF, IsReadInHertz) {
-    Bench bench{{{"SENS:FREQ:CENT?", "---"}, {"SENS:FREQ:CENT?", "474000000.3"}, {"SENS:FREQ:CENT?", "none"}}};
-    EXPECT_DOUBLE_EQ(bench.driver.get_RF(), 474000000.3);
-    EXPECT_DOUBLE_EQ(bench.driver.get_RF(), 0.0);
+    CHECK(bench, "SENS:FREQ:CENT  474000000", put_RF(474000000.0), Done);
+    CHECK(bench, "SENS:FREQ:CENT  474000000.3", put_RF(474000000.25), Done);
+    CHECK(bench, "SENS:FREQ:CENT  3000000", put_RF(3000000.0), Done);
+    CHECK(bench, "SENS:FREQ:CENT  10000000009", put_RF(10000000009.0), Done);
+    CHECK(bench, "", put_RF(2999999.9), invalid + "2999999.9 Hz)");
+    CHECK(bench, "", put_RF(10000000009.5), invalid + "10000000009.5 Hz)");
+    CHECK(bench, "", put_RF(-1e20), invalid + "-1E+20 Hz)");
+    CHECK(bench, "", put_RF(std::nan("")), invalid + "nan Hz)");
+    EXPECT_THAT(bench.world->Delays, IsEmpty());
+    CHECK(bench, "SENS:FREQ:CENT? = --- | SENS:FREQ:CENT? = 474000000.3", get_RF(), 474000000.3);
+    CHECK(bench, "SENS:FREQ:CENT? = none", get_RF(), 0);
 }
 
 TEST(Modes, AreZeroWhenTheUserHasAskedToStop) {
-    Bench bench{{{"SYST:MODE?", "DVBT"}, {"SENS:DVBT:MEAS?", "PAR"}, {"SENS:FREQ:CENT?", "1"}}};
+    Bench bench;
     bench.world->Abort = true;
-    EXPECT_EQ(bench.driver.get_Mode(), 0);
-    EXPECT_EQ(bench.driver.get_MeasureMode(), tarnNORM);
-    EXPECT_DOUBLE_EQ(bench.driver.get_RF(), 0.0);
+    CHECK(bench, "SYST:MODE? = DVBT", get_Mode(), 0);
+    CHECK(bench, "SENS:DVBT:MEAS? = PAR", get_MeasureMode(), tarnNORM);
+    CHECK(bench, "SENS:FREQ:CENT? = 1", get_RF(), 0);
     bench.world->Abort = false;
-    bench.Expect({{"SENS:DVBT:MEAS?", "PAR"}});
-    EXPECT_EQ(bench.driver.get_MeasureMode(), tarnPAR) << "nothing was cached";
+    CHECK(bench, "SENS:DVBT:MEAS? = PAR", get_MeasureMode(), tarnPAR);  // nothing was cached
 }
-
-}  // namespace
-}  // namespace tarn4x::test

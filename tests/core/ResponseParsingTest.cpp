@@ -1,9 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "core/ResponseParsing.h"
+#include "tests/core/Bench.h"
 
-namespace tarn4x {
-namespace {
+using namespace tarn4x::test;
 
 TEST(ParseResponse, StripsQuotesMarkerAndRemark) {
     const struct {
@@ -36,29 +34,23 @@ TEST(ParseResponse, StripsQuotesMarkerAndRemark) {
     for (const auto& c : cases) {
         ParsedAnswer answer;
         answer.Prefix = answer.Postfix = "old";
-        EXPECT_EQ(answer.ParseResponse(c.Answer), c.Value) << c.Answer;
-        EXPECT_EQ(answer.Prefix, c.Prefix) << c.Answer;
-        EXPECT_EQ(answer.Postfix, c.Postfix) << c.Answer;
-        EXPECT_EQ(answer.Raw, c.Answer);
+        const auto value = answer.ParseResponse(c.Answer);
+        EXPECT_THAT((std::vector{value, answer.Prefix, answer.Postfix, answer.Raw}),
+                    ElementsAre(c.Value, c.Prefix, c.Postfix, c.Answer));
     }
 }
 
 TEST(ParseValuePair, ReadsTwoNumbersOrAtLeastTheFirst) {
     ParsedAnswer answer;
+    const auto pair = [&] { return std::pair(answer.mdblPairFirst, answer.mdblPairSecond); };
     EXPECT_TRUE(answer.ParseValuePair("1.5, 2.5"));
-    EXPECT_DOUBLE_EQ(answer.mdblPairFirst, 1.5);
-    EXPECT_DOUBLE_EQ(answer.mdblPairSecond, 2.5);
+    EXPECT_EQ(pair(), std::pair(1.5, 2.5));
     EXPECT_TRUE(answer.ParseValuePair("\"<-1,x,9\""));
-    EXPECT_DOUBLE_EQ(answer.mdblPairFirst, -1.0);
-    EXPECT_DOUBLE_EQ(answer.mdblPairSecond, 0.0);
+    EXPECT_EQ(pair(), std::pair(-1.0, 0.0));
     EXPECT_EQ(answer.Prefix, "<");
     answer.mdblPairSecond = 4.0;
     EXPECT_FALSE(answer.ParseValuePair("3.5"));
-    EXPECT_DOUBLE_EQ(answer.mdblPairFirst, 3.5);
-    EXPECT_DOUBLE_EQ(answer.mdblPairSecond, 4.0);
+    EXPECT_EQ(pair(), std::pair(3.5, 4.0));
     EXPECT_FALSE(answer.ParseValuePair("---"));
-    EXPECT_DOUBLE_EQ(answer.mdblPairFirst, 3.5);
+    EXPECT_EQ(pair(), std::pair(3.5, 4.0));
 }
-
-}  // namespace
-}  // namespace tarn4x

@@ -1,119 +1,85 @@
 #include "tests/core/Bench.h"
 
-namespace tarn4x::test {
-namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-
-using Bytes = std::vector<std::uint8_t>;
+using namespace tarn4x::test;
+using namespace std::string_literals;
 
 constexpr auto Transfer = tarnTransfer;
-constexpr auto WithHeader = static_cast<TarnScreenShotModes>(tarnTransfer + tarnIncludeHeader);
-constexpr auto CaptureAndTransfer = static_cast<TarnScreenShotModes>(tarnCapture + tarnTransfer);
+constexpr auto WithHeader = TarnScreenShotModes(tarnTransfer + tarnIncludeHeader);
+constexpr auto CaptureAndTransfer = TarnScreenShotModes(tarnCapture + tarnTransfer);
+const std::string Failed = GetFailed("ScreenShot");
 
-void SetBlock(Bench& bench, const std::string& text) { bench.world->Block.assign(text.begin(), text.end()); }
+/// What reads a screen into a buffer that holds one byte before.
+struct ScreenBench : Bench {
+    explicit ScreenBench(std::string block = "") { world->Block = std::move(block); }
+    bool Read(TarnScreenShotModes mode) { return driver.get_ScreenShot(mode, buffer); }
+    std::string Bytes() const { return {buffer.begin(), buffer.end()}; }
+    ScreenBench* operator->() { return this; }
+
+    std::vector<std::uint8_t> buffer{'-'};
+};
 
 TEST(ScreenShot, CapturesAndTransfers) {
-    Bench bench{{{"READ:SCREEN:BUFFER?", "0"}, {"READ:SCREEN:BUFFER?", "1"}, {"READ:SCREEN:BUFFER?", "\"0\""}}};
-    Bytes buffer{9};
-    EXPECT_TRUE(bench.driver.get_ScreenShot(static_cast<TarnScreenShotModes>(0), buffer));
-    EXPECT_TRUE(bench.driver.get_ScreenShot(tarnCapture, buffer));
-    EXPECT_FALSE(bench.driver.get_ScreenShot(CaptureAndTransfer, buffer));
-    EXPECT_EQ(buffer, Bytes{9});
-    SetBlock(bench, "#15\n#\n\n\0");
-    bench.world->Block.push_back(0);
-    EXPECT_TRUE(bench.driver.get_ScreenShot(CaptureAndTransfer, buffer));
-    EXPECT_EQ(buffer, (Bytes{'\n', '#', '\n', '\n', 0}));
+    ScreenBench bench("#15\n#\n\n\0#15abcde"s);
+    CHECK(bench, "", Read(TarnScreenShotModes(0)), true);
+    CHECK(bench, "READ:SCREEN:BUFFER? = 0", Read(tarnCapture), true);
+    CHECK(bench, "READ:SCREEN:BUFFER? = 1", Read(CaptureAndTransfer), false);
+    EXPECT_EQ(bench.Bytes(), "-");
+    CHECK(bench, "READ:SCREEN:BUFFER? = \"0\"", Read(CaptureAndTransfer), true);
+    EXPECT_EQ(bench.Bytes(), "\n#\n\n\0"s);
     EXPECT_THAT(bench.world->BlockReads, ElementsAre("1 READ:BUFFER:PCX?", "1", "1", "5"));
     EXPECT_THAT(bench.world->TimeoutsSet, ElementsAre(60.0F, 5.0F));
-    SetBlock(bench, "#15abcde");
-    EXPECT_TRUE(bench.driver.get_ScreenShot(WithHeader, buffer));
-    EXPECT_EQ(buffer, (Bytes{'#', '1', '5', 'a', 'b', 'c', 'd', 'e'}));
+    CHECK(bench, "", Read(WithHeader), true);
+    EXPECT_EQ(bench.Bytes(), "#15abcde");
 }
 
-TEST(ScreenShot, RefusesABadHeaderAndLeavesTheTimeoutRaised) {
-    for (const char* block : {"x15abcde", "#0", "#x", "#15"}) {
-        Bench bench;
-        SetBlock(bench, block);
-        Bytes buffer;
-        const auto raised = Raised([&] { bench.driver.get_ScreenShot(Transfer, buffer); });
-        const bool headerRead = block == std::string("#15");
-        EXPECT_EQ(raised.Number, headerRead ? 0 : static_cast<std::int32_t>(0x800407D4)) << block;
-        EXPECT_FLOAT_EQ(bench.world->Timeout, headerRead ? 5.0F : 60.0F) << block;
-        if (headerRead) continue;  // from the length on, what fails is passed over
-        EXPECT_EQ(raised.Source, "clsTarn4x.ScreenShot");
-        EXPECT_EQ(raised.Description, "Get ScreenShot failed");
+TEST(ScreenShot, RefusesABadHeaderAndPassesOverWhatFailsBehindIt) {
+    const struct {
+        std::string Block;
+        TarnScreenShotModes Mode;
+        std::string Outcome;
+        std::string Bytes;
+    } cases[] = {
+        {"", Transfer, Failed, "-"},     {"x15abcde", Transfer, Failed, "-"},   {"#0", Transfer, Failed, "-"},
+        {"#x", Transfer, Failed, "-"},   {"#500000", Transfer, Failed, "-"},    {"#15", Transfer, "1", "-"},
+        {"#210abc", Transfer, "1", "-"}, {"#12a", WithHeader, "1", "#12\0\0"s},
+    };
+    for (const auto& c : cases) {
+        ScreenBench bench(c.Block);
+        CHECK(bench, "", Read(c.Mode), c.Outcome);
+        EXPECT_EQ(bench.Bytes(), c.Bytes) << c.Block;
+        EXPECT_FLOAT_EQ(bench.world->Timeout, c.Outcome == Failed ? 60.0F : 5.0F) << "left raised by a refusal";
     }
-    Bench bench;
-    SetBlock(bench, "#500000");
-    Bytes buffer;
-    EXPECT_RAISES(bench.driver.get_ScreenShot(Transfer, buffer), 0x800407D4, "clsTarn4x.ScreenShot",
-                  "Get ScreenShot failed");
+    ScreenBench bench;
+    CHECK(bench, "READ:SCREEN:BUFFER? ! 2010", Read(tarnCapture), Failed + Refused);
 }
 
 TEST(ScreenShot, CountsTheLengthInSixteenBits) {
-    const struct {
-        const char* Digits;
-        int Length;
-    } cases[] = {{"540000", 4000}, {"532767", 32767}, {"532768", 32760}, {"599999", 10008}, {"41x34", 1034}};
-    for (const auto& c : cases) {
-        Bench bench;
-        SetBlock(bench, std::string("#") + c.Digits);
-        bench.world->Block.resize(bench.world->Block.size() + 40000, 'p');
-        Bytes buffer;
-        EXPECT_TRUE(bench.driver.get_ScreenShot(Transfer, buffer));
-        EXPECT_THAT(buffer, SizeIs(c.Length)) << c.Digits;
+    const std::pair<const char*, std::size_t> cases[] = {
+        {"540000", 4000}, {"532767", 32767}, {"532768", 32760}, {"599999", 10008}, {"41x34", 1034}};
+    for (const auto& [digits, length] : cases) {
+        ScreenBench bench(std::string("#") + digits + std::string(40000, 'p'));
+        CHECK(bench, "", Read(Transfer), true);
+        EXPECT_EQ(bench.buffer.size(), length) << digits;
     }
-}
-
-TEST(ScreenShot, PassesOverAFailedRead) {
-    Bench bench;
-    SetBlock(bench, "#210abc");
-    Bytes buffer{1};
-    EXPECT_TRUE(bench.driver.get_ScreenShot(Transfer, buffer));
-    EXPECT_EQ(buffer, Bytes{1});
-    EXPECT_FLOAT_EQ(bench.world->Timeout, 5.0F);
-    SetBlock(bench, "#12a");
-    EXPECT_TRUE(bench.driver.get_ScreenShot(WithHeader, buffer));
-    EXPECT_EQ(buffer, (Bytes{'#', '1', '2', 0, 0}));
 }
 
 TEST(ScreenShot, SetsTheTimeoutOfTheSelectedLink) {
     const struct {
         const char *Port, *Baud;
         float Seconds;
-    } cases[] = {{"GPIB", "", 9.0F},       {"RS232", "1200", 60.0F}, {"RS232", "2400", 34.0F},
-                 {"RS232", "4800", 22.0F}, {"RS232", "9600", 15.0F}, {"RS232", "19200", 12.0F},
-                 {"RS232", "300", 5.0F},   {"TCP/IP", "", 60.0F}};
+    } cases[] = {{"GPIB", "19200", 9.0F},  {"RS232", "1200", 60.0F},  {"RS232", "2400", 34.0F},
+                 {"RS232", "4800", 22.0F}, {"RS232", "9600", 15.0F},  {"RS232", "19200", 12.0F},
+                 {"RS232", "300", 5.0F},   {"TCP/IP", "19200", 60.0F}};
     for (const auto& c : cases) {
-        Bench bench;
-        const auto settings = bench.driver.get_IDriverSetup_Settings();
-        settings->Item("Remote Control")->SetValue(true, true, std::string(c.Port));
-        if (*c.Baud != 0) settings->Item("RS232.Baud Rate")->SetValue(true, true, std::string(c.Baud));
-        SetBlock(bench, "#0");
-        Bytes buffer;
-        Raised([&] { bench.driver.get_ScreenShot(Transfer, buffer); });
+        ScreenBench bench("#0");
+        bench.Set("Remote Control", c.Port);
+        bench.Set("RS232.Baud Rate", c.Baud);
+        CHECK(bench, "", Read(Transfer), Failed);
         EXPECT_FLOAT_EQ(bench.world->Timeout, c.Seconds) << c.Port << c.Baud;
     }
-    Bench bench{{{"READ:SCREEN:BUFFER?", "0"}}};
-    bench.driver.get_IDriverSetup_Settings()->Item("Remote Control")->SetValue(true, true, std::string("GUI"));
-    Bytes buffer;
-    EXPECT_TRUE(bench.driver.get_ScreenShot(tarnCapture, buffer));
-    EXPECT_RAISES(bench.driver.get_ScreenShot(Transfer, buffer), 0x800407E8, "clsTarn4x.ScreenShot",
-                  "Remote Control Port does not support operation");
+    ScreenBench bench;
+    bench.Set("Remote Control", "GUI");
+    CHECK(bench, "READ:SCREEN:BUFFER? = 0", Read(tarnCapture), true);
+    CHECK(bench, "", Read(Transfer), "+2024 .ScreenShot: Remote Control Port does not support operation");
     EXPECT_THAT(bench.world->TimeoutsSet, IsEmpty());
 }
-
-TEST(ScreenShot, ReportsWhatFailsBeforeTheLength) {
-    Bench bench{{{"READ:SCREEN:BUFFER?", TransportFailure(2010)}}};
-    Bytes buffer;
-    EXPECT_RAISES(bench.driver.get_ScreenShot(tarnCapture, buffer), 0x800407D4, "clsTarn4x.ScreenShot",
-                  "Get ScreenShot failed.  Error : 0,\"No error\"");
-    EXPECT_RAISES(bench.driver.get_ScreenShot(Transfer, buffer), 0x800407D4, "clsTarn4x.ScreenShot",
-                  "Get ScreenShot failed");
-}
-
-}  // namespace
-}  // namespace tarn4x::test

@@ -1,11 +1,10 @@
 #include "statistics/clsStatistics.h"
 #include "tests/core/Bench.h"
 
-namespace tarn4x::test {
-namespace {
+using namespace tarn4x::test;
 
-constexpr auto Query = "READ:DVBT:ALAR:STAT?";
-constexpr auto Report = "1:30:00,0:0:1,-,0:1:0,-,1:0:0,-,24:0:0,-,x:5,-,90,-,1,2,5,3";
+const std::string Query = "READ:DVBT:ALAR:STAT?",
+                  Report = "1:30:00,0:0:1,-,0:1:0,-,1:0:0,-,24:0:0,-,x:5,-,90,-,1,2,5,3";
 
 std::string With(std::size_t field, const std::string& text, std::size_t fields = 16) {
     std::string report;
@@ -16,17 +15,15 @@ std::string With(std::size_t field, const std::string& text, std::size_t fields 
 }
 
 TEST(Statistics, DecodesItsReport) {
-    Bench bench{{{Query, std::string("\"") + Report + '"'}}};
-    const auto statistics = bench.driver.get_AlarmStatistics();
+    Bench bench(Query + " = \"" + Report + '"');
+    const auto statistics = bench->get_AlarmStatistics();
     EXPECT_EQ(statistics->get_Statistics(), Report);
-    EXPECT_DOUBLE_EQ(statistics->get_MonitoringTime(), 0.0625);
-    EXPECT_DOUBLE_EQ(statistics->get_Level(), 1.0 / 86400.0);
-    EXPECT_DOUBLE_EQ(statistics->get_Synchronisation(), 1.0 / 1440.0);
-    EXPECT_DOUBLE_EQ(statistics->get_ModErrorRatio(), 1.0 / 24.0);
-    EXPECT_DOUBLE_EQ(statistics->get_BerBeforeVit(), 1.0);
-    EXPECT_DOUBLE_EQ(statistics->get_BerBeforeRs(), 5.0 / 1440.0);
-    EXPECT_DOUBLE_EQ(statistics->get_BerAfterRs(), 0.0);
-    EXPECT_DOUBLE_EQ(statistics->get_MpegDataErrorTime(), 3.75);
+    const double durations[] = {statistics->get_MonitoringTime(),  statistics->get_Level(),
+                                statistics->get_Synchronisation(), statistics->get_ModErrorRatio(),
+                                statistics->get_BerBeforeVit(),    statistics->get_BerBeforeRs(),
+                                statistics->get_BerAfterRs(),      statistics->get_MpegDataErrorTime()};
+    EXPECT_THAT(durations, testing::Pointwise(testing::DoubleEq(), {0.0625, 1.0 / 86400.0, 1.0 / 1440.0, 1.0 / 24.0,
+                                                                    1.0, 5.0 / 1440.0, 0.0, 3.75}));
     EXPECT_DOUBLE_EQ(statistics->get_CorrCntBeforeVit(), 1.0);
     EXPECT_DOUBLE_EQ(statistics->get_CorrCntBeforeRs(), 2.0);
     EXPECT_DOUBLE_EQ(statistics->get_MpegDataErrorCntAfterRs(), 5.0);
@@ -34,58 +31,53 @@ TEST(Statistics, DecodesItsReport) {
 }
 
 TEST(Statistics, DecodesDurations) {
-    const struct {
-        const char* Text;
-        double Hours;
-    } cases[] = {{"1:30:00", 1.5}, {"90", 90},       {"x:5", 5.0 / 60},
-                 {"---", 0},       {"25:00:00", 25}, {"0:90:90", 1.525},
-                 {"2.5", 2},       {"3.5", 4},       {"1:2:3:4", 1 + 2.0 / 60 + 3.0 / 3600},
-                 {":5", 5.0 / 60}};
-    for (const auto& c : cases) {
-        clsStatistics statistics(std::make_shared<FakeFramework>());
-        statistics.put_Statistics(With(0, c.Text));
-        EXPECT_DOUBLE_EQ(statistics.get_MonitoringTime(), c.Hours / 24.0) << c.Text;
+    const std::pair<const char*, double> hours[] = {
+        {"1:30:00", 1.5}, {"90", 90},       {"x:5", 5.0 / 60},
+        {"---", 0},       {"25:00:00", 25}, {"0:90:90", 1.525},
+        {"2.5", 2},       {"3.5", 4},       {"1:2:3:4", 1 + 2.0 / 60 + 3.0 / 3600},
+        {":5", 5.0 / 60}};
+    clsStatistics statistics(std::make_shared<FakeFramework>());
+    for (const auto& [text, expected] : hours) {
+        statistics.put_Statistics(With(0, text));
+        EXPECT_DOUBLE_EQ(statistics.get_MonitoringTime(), expected / 24.0) << text;
     }
 }
 
 TEST(Statistics, RaisesAtTheFirstBadFieldAndKeepsWhatCameBefore) {
-    const struct {
-        std::string Report;
-        int Number;
-    } cases[] = {{With(1, ""), 9},      {With(1, "40000"), 6}, {With(14, "x"), 13},
-                 {With(99, "", 15), 9}, {With(99, "", 11), 9}, {"", 9},
-                 {With(15, ""), 13},    {With(15, "--- "), 13}};
-    for (const auto& c : cases) {
+    const std::string subscript = "9 XTarn4x: Subscript out of range", mismatch = "13 XTarn4x: Type mismatch";
+    const std::pair<std::string, std::string> cases[] = {
+        {With(1, ""), subscript},      {With(1, "40000"), "6 clsTarn4x: Overflow"},
+        {With(14, "x"), mismatch},     {With(99, "", 15), subscript},
+        {With(99, "", 11), subscript}, {"", subscript},
+        {With(15, ""), mismatch},      {With(15, "--- "), mismatch}};
+    for (const auto& [report, outcome] : cases) {
         clsStatistics statistics(std::make_shared<FakeFramework>());
-        EXPECT_EQ(Raised([&] { statistics.put_Statistics(c.Report); }).Number, c.Number) << c.Report;
-        EXPECT_EQ(statistics.get_Statistics(), c.Report);
-        EXPECT_DOUBLE_EQ(statistics.get_MonitoringTime(), c.Report.empty() ? 0.0 : 1.0 / 24.0);
+        EXPECT_OUTCOME(statistics.put_Statistics(report), outcome) << report;
+        EXPECT_EQ(statistics.get_Statistics(), report);
+        EXPECT_DOUBLE_EQ(statistics.get_MonitoringTime(), report.empty() ? 0.0 : 1.0 / 24.0);
     }
     clsStatistics statistics(std::make_shared<FakeFramework>());
     statistics.put_Statistics(With(14, "7"));
     statistics.put_Statistics(With(14, "---"));
     EXPECT_DOUBLE_EQ(statistics.get_CorrCntBeforeRs(), 7.0) << "the count of the earlier report";
-    EXPECT_EQ(Raised([&] { statistics.put_Statistics(With(99, "", 15)); }).Number, 9);
+    EXPECT_OUTCOME(statistics.put_Statistics(With(99, "", 15)), subscript);
     EXPECT_DOUBLE_EQ(statistics.get_CorrCntBeforeRs(), 14.0);
 }
 
 TEST(AlarmStatistics, ReportsFailuresAndReturnsANewObjectEachTime) {
-    Bench bench{{{Query, With(99, "", 15)}, {Query, TransportFailure(2012)}, {Query, Report}, {Query, Report}}};
-    EXPECT_RAISES(bench.driver.get_AlarmStatistics(), 0x800407D4, "clsTarn4x.AlarmStatistics",
-                  "Get AlarmStatistics failed");
-    EXPECT_RAISES(bench.driver.get_AlarmStatistics(), 0x800407D4, "clsTarn4x.AlarmStatistics",
-                  "Get AlarmStatistics failed.  Error : 0,\"No error\"");
-    const auto first = bench.driver.get_AlarmStatistics();
-    EXPECT_NE(first, bench.driver.get_AlarmStatistics());
+    const std::string failed = GetFailed("AlarmStatistics");
+    Bench bench;
+    CHECK(bench, Query + " = " + With(99, "", 15), get_AlarmStatistics() != nullptr, failed);
+    CHECK(bench, Query + " ! 2012", get_AlarmStatistics() != nullptr, failed + ".  Error : 0,\"No error\"");
+    bench.Expect("2 x " + Query + " = " + Report);
+    const auto first = bench->get_AlarmStatistics();
+    EXPECT_NE(first, bench->get_AlarmStatistics());
 }
 
 TEST(AlarmRegisterClear, WaitsForTheInstrument) {
-    Bench bench{{{"CONF:DVBT:ALAR:RES"}, {"CONF:DVBT:ALAR:RES", TransportFailure(2014)}}};
-    bench.driver.AlarmRegisterClear();
-    EXPECT_THAT(bench.world->Delays, testing::ElementsAre(3.0F));
-    EXPECT_RAISES(bench.driver.AlarmRegisterClear(), 0x800407D5, "clsTarn4x.AlarmRegisterClear",
-                  "AlarmRegisterClear method failed");
+    Bench bench;
+    CHECK(bench, "CONF:DVBT:ALAR:RES", AlarmRegisterClear(), Done);
+    EXPECT_THAT(bench.world->Delays, ElementsAre(3.0F));
+    CHECK(bench, "CONF:DVBT:ALAR:RES ! 2014", AlarmRegisterClear(),
+          "+2005 .AlarmRegisterClear: AlarmRegisterClear method failed");
 }
-
-}  // namespace
-}  // namespace tarn4x::test

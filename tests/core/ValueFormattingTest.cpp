@@ -1,60 +1,29 @@
 #include "tests/core/Bench.h"
 
-namespace tarn4x::test {
-namespace {
+using namespace tarn4x::test;
 
 TEST(ValueFormatting, KnowsItsTexts) {
-    Bench bench{{}, false};
-    auto& driver = bench.driver;
-    using Format = std::string (*)(clsTarn4x&, int);
-    const Format fft = [](clsTarn4x& d, int v) { return d.FormatFftMode(static_cast<TarnStatusFftModes>(v)); };
-    const Format guard = [](clsTarn4x& d, int v) {
-        return d.FormatGuardInterval(static_cast<TarnStatusGuardIntervals>(v));
-    };
-    const Format qam = [](clsTarn4x& d, int v) { return d.FormatOrderOfQam(static_cast<TarnStatusOrderOfQams>(v)); };
-    const Format alpha = [](clsTarn4x& d, int v) { return d.FormatAlpha(static_cast<TarnStatusAlphas>(v)); };
-    const Format rate = [](clsTarn4x& d, int v) { return d.FormatCodeRate(static_cast<TarnStatusCodeRates>(v)); };
-    const struct {
-        Format Function;
-        int Value;
-        const char* Text;
-    } cases[] = {{fft, 0, "2K"},
-                 {fft, 1, "8K"},
-                 {fft, 2, ""},
-                 {fft, -1, ""},
-                 {guard, 4, "'1/4'"},
-                 {guard, 8, "'1/8'"},
-                 {guard, 16, "'1/16'"},
-                 {guard, 32, "'1/32'"},
-                 {guard, -1, ""},
-                 {guard, 5, ""},
-                 {qam, 4, "4QAM"},
-                 {qam, 16, "16QAM"},
-                 {qam, 64, "64QAM"},
-                 {qam, 32, ""},
-                 {alpha, 0, "non-hierarchical"},
-                 {alpha, 1, "alpha = 1"},
-                 {alpha, 2, "alpha = 2"},
-                 {alpha, 3, "alpha = 4"},
-                 {alpha, 4, ""},
-                 {rate, 0, "'1/2'"},
-                 {rate, 1, "'2/3'"},
-                 {rate, 2, "'3/4'"},
-                 {rate, 3, "'5/6'"},
-                 {rate, 4, "'7/8'"},
-                 {rate, 5, ""}};
-    for (const auto& c : cases) EXPECT_EQ(c.Function(driver, c.Value), c.Text) << c.Value;
-    EXPECT_EQ(driver.get_Prefix(), "---");
-
-    Bench fresh{{}, false};
-    EXPECT_EQ(fresh.driver.FormatFftMode(tarn2k), "2K");
-    EXPECT_DOUBLE_EQ(fresh.driver.ValueCodeRate(tarnCrUnknown), 0.0);
-    EXPECT_EQ(fresh.driver.get_Prefix(), "") << "neither touches the prefix";
+    Bench bench("", false);
+    EXPECT_EQ(bench->FormatFftMode(tarn2k), "2K");
     const double rates[] = {1.0 / 2, 2.0 / 3, 3.0 / 4, 5.0 / 6, 7.0 / 8, 0.0};
-    for (int i = 0; i < 6; ++i) {
-        EXPECT_DOUBLE_EQ(fresh.driver.ValueCodeRate(static_cast<TarnStatusCodeRates>(i)), rates[i]);
+    for (int i = -1; i < 6; ++i) {
+        EXPECT_DOUBLE_EQ(bench->ValueCodeRate(TarnStatusCodeRates(i)), i < 0 ? 0.0 : rates[i]);
+    }
+    EXPECT_EQ(bench->get_Prefix(), "") << "neither touches the prefix";
+
+#define FORMAT(name, type) [](clsTarn4x& d, int v) { return d.Format##name(static_cast<type>(v)); }
+    const struct {
+        std::string (*Format)(clsTarn4x&, int);
+        const char* Texts;
+    } cases[] = {
+        {FORMAT(FftMode, TarnStatusFftModes), "0=2K | 1=8K | 2= | -1="},
+        {FORMAT(GuardInterval, TarnStatusGuardIntervals), "4='1/4' | 8='1/8' | 16='1/16' | 32='1/32' | -1= | 5="},
+        {FORMAT(OrderOfQam, TarnStatusOrderOfQams), "4=4QAM | 16=16QAM | 64=64QAM | 32="},
+        {FORMAT(Alpha, TarnStatusAlphas), "0=non-hierarchical | 1=alpha = 1 | 2=alpha = 2 | 3=alpha = 4 | 4="},
+        {FORMAT(CodeRate, TarnStatusCodeRates), "0='1/2' | 1='2/3' | 2='3/4' | 3='5/6' | 4='7/8' | 5="},
+    };
+    for (const auto& c : cases) {
+        for (const auto& [value, text] : Words(c.Texts)) EXPECT_EQ(c.Format(bench.driver, value), text);
+        EXPECT_EQ(bench->get_Prefix(), "---");
     }
 }
-
-}  // namespace
-}  // namespace tarn4x::test
