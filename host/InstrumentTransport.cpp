@@ -241,11 +241,7 @@ std::string InstrumentTransport::ReadLine(Operation& operation) {
     std::size_t searched = 0;
     auto end = std::string::npos;
     const auto complete = [&] {
-        if (lineEndIsOwed_ && !received_.empty() && received_ != "\r") {
-            DropLineEnd();
-            lineEndIsOwed_ = false;
-        }
-        if (lineEndIsOwed_) return false;
+        if (!SettleLineEnd()) return false;
         end = received_.find('\n', searched);
         searched = received_.size();
         if (std::min(end, searched) > AnswerLimit) {
@@ -264,7 +260,8 @@ std::string InstrumentTransport::ReadLine(Operation& operation) {
 
 void InstrumentTransport::AwaitBytes(Operation& operation, std::size_t count) {
     Repeat(
-        operation, {platform::ReceiveTimedOut, "Receive timed out"}, [&] { return received_.size() >= count; },
+        operation, {platform::ReceiveTimedOut, "Receive timed out"},
+        [&] { return count == 0 || (SettleLineEnd() && received_.size() >= count); },
         [&](auto slice) { ReadSome(slice); });
 }
 
@@ -280,6 +277,15 @@ bool InstrumentTransport::ReadSome(Patience::Milliseconds time) {
     const auto count = link_->Read(bytes, time);
     received_.append(bytes.begin(), bytes.begin() + count);
     return count > 0;
+}
+
+// Drops the line end that a block before the last command still owes, once bytes tell whether it came.
+bool InstrumentTransport::SettleLineEnd() {
+    if (lineEndIsOwed_ && !received_.empty() && received_ != "\r") {
+        DropLineEnd();
+        lineEndIsOwed_ = false;
+    }
+    return !lineEndIsOwed_;
 }
 
 // Removes the line end that follows a block; true when it was there.
@@ -301,6 +307,11 @@ void InstrumentTransport::Raise(const Operation& operation, const LinkFailure& f
                            (received_.empty() ? "nothing" : Quoted(received_)) + ", waited " + waited + " s");
     if (failure.Code != platform::ReceiveTimedOut && failure.Code != platform::InstrumentNotReady) link_->Close();
     throw AutomationError(platform::ObjectError(failure.Code), source_, failure.Text);
+}
+
+void InstrumentTransport::Refuse(platform::TransportError code, const std::string& text) const {
+    Note(text, link_->Address());
+    throw AutomationError(platform::ObjectError(code), source_, text);
 }
 
 void InstrumentTransport::Note(std::string_view text, std::string_view data) const {

@@ -38,6 +38,10 @@ class InstrumentTransport : public platform::Transport {
     /// command.
     bool IsConnected() override { return connected_; }
 
+  protected:
+    /// Raises that failure of a call that was not begun, and logs it.
+    [[noreturn]] void Refuse(platform::TransportError code, const std::string& text) const;
+
   private:
     struct Operation {
         std::string Expected;
@@ -58,6 +62,7 @@ class InstrumentTransport : public platform::Transport {
     void AwaitBytes(Operation& operation, std::size_t count);
     void RefuseReadOutOfStep() const;
     bool ReadSome(Patience::Milliseconds time);
+    bool SettleLineEnd();
     bool DropLineEnd();
 
     [[noreturn]] void Raise(const Operation& operation, const LinkFailure& failure);

@@ -27,15 +27,33 @@ std::string TimeStamp() {
     return text;
 }
 
+using Clock = std::chrono::steady_clock;
+
+/// When the thread logged its last command; the clock's epoch before the first one.
+thread_local Clock::time_point lastCommand{};
+
+/// Milliseconds from a command to its answer, if this entry is one; notes the moment of a command.
+std::string Duration(std::int16_t kind) {
+    const auto now = Clock::now();
+    if (kind == CommandEntry) lastCommand = now;
+    if (kind != AnswerEntry || lastCommand == Clock::time_point{}) return {};
+    const auto microseconds = std::chrono::floor<std::chrono::microseconds>(now - lastCommand).count();
+    char text[32];  // in parts: "%f" would follow the process's locale
+    std::snprintf(text, sizeof text, "%lld.%03lld", static_cast<long long>(microseconds / 1000),
+                  static_cast<long long>(microseconds % 1000));
+    return text;
+}
+
 }  // namespace
 
 void MessageLog::Log(std::int16_t kind, std::string_view source, std::string_view text, std::string_view data) {
+    const auto duration = Duration(kind);
     std::string entry = std::to_string(kind);
     for (const auto field : {source, text, data}) (entry += '\t') += field;
     const std::lock_guard lock(mutex_);
     if (entries_.size() == Capacity) entries_.pop_front();
     entries_.push_back(std::move(entry));
-    if (file_.is_open()) WriteLine(kind, source, text, data);
+    if (file_.is_open()) WriteLine(duration, kind, source, text, data);
 }
 
 std::int32_t MessageLog::Count() {
@@ -77,12 +95,13 @@ void MessageLog::SetFileName(std::string_view fileName) {
     fileName_ = fileName;
 }
 
-void MessageLog::WriteLine(std::int16_t kind, std::string_view source, std::string_view text, std::string_view data) {
-    file_ << TimeStamp() << '\t' << kind;
+void MessageLog::WriteLine(std::string_view duration, std::int16_t kind, std::string_view source, std::string_view text,
+                           std::string_view data) {
+    file_ << TimeStamp() << '\t' << duration << '\t' << kind;
     for (const auto field : {source, text, data}) file_ << '\t' << Escaped(field, Escape::Controls);
     file_ << '\n' << std::flush;
     file_.clear();  // a full disk must not end the log for good
-    if (const auto size = file_.tellp(); size >= 0 && static_cast<std::size_t>(size) >= FileLimit) {
+    if (const auto size = file_.tellp(); size >= 0 && static_cast<std::size_t>(size) >= fileLimit_) {
         file_.close();
         std::error_code ignored;
         std::filesystem::rename(ToPath(fileName_), ToPath(fileName_ + ".1"), ignored);

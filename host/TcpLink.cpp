@@ -1,5 +1,6 @@
 #include "host/TcpLink.h"
 
+#include <algorithm>
 #include <system_error>
 
 #include "host/LinkSettings.h"
@@ -40,6 +41,10 @@ int FinishConnecting(Handle socket, Patience& patience) {
     return error;
 }
 
+bool Has(platform::SettingsNode& settings, std::string_view name) {
+    return std::ranges::any_of(settings.Children(), [&](const auto& setting) { return setting->Name() == name; });
+}
+
 struct Addresses {
     addrinfo* First = nullptr;
 
@@ -60,10 +65,11 @@ struct Addresses {
 }  // namespace
 
 void TcpLink::Open(Patience& patience) {
-    auto host = SettingText(*settings_, "Host");
+    auto host = Host();
     if (host.starts_with('[') && host.ends_with(']')) host = host.substr(1, host.size() - 2);
     const int port = SettingNumber(*settings_, "Port", 1, 65535);
-    const auto limit = SettingNumber(*settings_, "Connect Timeout", 0.0, 3600.0);
+    const auto limit =
+        Has(*settings_, "Connect Timeout") ? SettingNumber(*settings_, "Connect Timeout", 0.0, 3600.0) : 5.0;
 
     sockets::Start();
     const Addresses addresses(host, std::to_string(port));
@@ -105,10 +111,12 @@ void TcpLink::Close() noexcept {
 }
 
 std::string TcpLink::Address() const {
-    const auto host = SettingText(*settings_, "Host");
+    const auto host = Host();
     const bool bare = host.find(':') != std::string::npos && !host.starts_with('[');
     return (bare ? '[' + host + ']' : host) + ':' + SettingText(*settings_, "Port");
 }
+
+std::string TcpLink::Host() const { return Has(*settings_, "Host") ? SettingText(*settings_, "Host") : "127.0.0.1"; }
 
 std::size_t TcpLink::Write(std::span<const std::uint8_t> bytes, Milliseconds time) {
     const auto socket = static_cast<Handle>(socket_);

@@ -9,6 +9,7 @@ namespace host {
 
 /// A TCP connection to "Host" (name, IPv4 or IPv6 address) and "Port", opened within "Connect Timeout" seconds. Looking
 /// up a name takes as long as the system's resolver takes. Out of step it is closed, so that nothing late arrives.
+/// Settings without "Host" mean this PC, and 5 seconds.
 class TcpLink : public ByteLink {
   public:
     explicit TcpLink(std::shared_ptr<platform::SettingsNode> settings) : settings_(std::move(settings)) {}
@@ -24,6 +25,8 @@ class TcpLink : public ByteLink {
     void Resynchronise(Patience&) override { Close(); }
 
   private:
+    std::string Host() const;
+
     static constexpr std::intptr_t None = -1;
 
     std::shared_ptr<platform::SettingsNode> settings_;

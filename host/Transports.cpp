@@ -1,9 +1,9 @@
 #include "host/Transports.h"
 
-#include "host/InstrumentTransport.h"
+#include "host/FrontPanelTransport.h"
+#include "host/GpibLink.h"
 #include "host/SerialLink.h"
 #include "host/TcpLink.h"
-#include "host/UnavailableLink.h"
 
 namespace host {
 
@@ -56,17 +56,12 @@ std::shared_ptr<platform::Transport> CreateTransport(std::string_view progId, pl
     if (progId == "Conduit.clsGPIB") {
         const auto settings =
             Group(freshNode, "GPIB", {{"Board", 0}, {"Primary Address", {}}, {"Secondary Address", {}}});
-        return transport(settings, std::make_unique<UnavailableLink>(
-                                       "GPIB",
-                                       "GPIB needs an installed VISA runtime, which this version cannot use: "
-                                       "choose TCP/IP or RS232 in the setting \"Remote Control\""));
+        return transport(settings, std::make_unique<GpibLink>(settings));
     }
     if (progId == "Conduit.clsGUI") {
         const auto settings = Group(freshNode, "GUI", {{"Port", 5026}});
-        return transport(settings, std::make_unique<UnavailableLink>(
-                                       "GUI",
-                                       "The link to the front-panel application is not part of this version: "
-                                       "choose TCP/IP or RS232 in the setting \"Remote Control\""));
+        return std::make_shared<FrontPanelTransport>(progId, std::make_unique<TcpLink>(settings), settings,
+                                                     std::move(services));
     }
     throw platform::AutomationError(429, "Conduit", "ActiveX component can't create object: " + std::string(progId));
 }

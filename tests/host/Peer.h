@@ -17,6 +17,14 @@
 #include "host/SocketsPosix.h"
 #endif
 
+inline bool RunsOnWine() {
+#ifdef _WIN32
+    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+#else
+    return false;
+#endif
+}
+
 /// A peer on a free port of 127.0.0.1 (or ::1) that serves its connections one after another, each as one session of
 /// the script; the last session serves all further connections.
 class Peer {
@@ -50,6 +58,12 @@ class Peer {
                 if (count < 0) return;
                 bytes.remove_prefix(static_cast<std::size_t>(count));
             }
+        }
+
+        /// Makes the end of the session a reset.
+        void ResetAtEnd() const {
+            const linger abort{1, 0};
+            setsockopt(socket_, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&abort), sizeof abort);
         }
 
         bool Ending() const { return peer_.ending_; }
@@ -96,6 +110,8 @@ class Peer {
             if (!host::sockets::WaitReadable(listener_, std::chrono::milliseconds(20))) continue;
             const auto socket = accept(listener_, nullptr, nullptr);
             ++Connections;
+            const int on = 1;  // pieces leave when they are sent
+            setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
             Connection connection(*this, socket);
             script_[session](connection);
             if (session + 1 < script_.size()) ++session;
