@@ -24,7 +24,7 @@ std::string ListSerialPorts(platform::Framework& framework, platform::Transport&
     const auto port = objComm.Settings()->Item("Comm Port");
     for (int n = 1; n <= LastPort; ++n) {
         const auto number = std::to_string(n);
-        const auto entry = "COM" + number + "=" + number;
+        const auto entry = std::string("COM").append(number).append("=").append(number);
         port->SetValueList(entry);
         port->SetValue(true, true, n);
         ConnectQuietly(framework.TheErrorService(), objComm, true);

@@ -17,7 +17,7 @@ inline std::string GeneralNumber(double number) {
     if (number == 0.0) return "0";
     char buffer[32];
     const auto scientific = std::to_chars(buffer, std::end(buffer), number, std::chars_format::scientific, 14);
-    const std::string digits(buffer, scientific.ptr);  // d.dddddddddddddde+xx
+    std::string digits(buffer, scientific.ptr);  // d.dddddddddddddde+xx
     const auto e = digits.find('e');
     if (e == std::string::npos) return digits;  // not finite
     const int exponent = std::stoi(digits.substr(e + 1));

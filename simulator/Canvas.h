@@ -25,7 +25,9 @@ class Canvas {
     void Write(int x, int y, std::string_view text, Colour colour);
 
   private:
-    size_t Index(int x, int y) const { return static_cast<size_t>(y * width_ + x); }
+    size_t Index(int x, int y) const {
+        return static_cast<size_t>(y) * static_cast<size_t>(width_) + static_cast<size_t>(x);
+    }
 
     int width_, height_;
     std::vector<Colour> pixels_;

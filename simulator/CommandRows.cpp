@@ -30,7 +30,8 @@ int TokenIndex(const std::vector<std::string_view>& tokens, const Arguments& arg
     return static_cast<int>(found - tokens.begin());
 }
 
-Command Choice(std::string_view pattern, int Settings::*setting, std::vector<std::string_view> tokens, Effect effect) {
+Command Choice(std::string_view pattern, int Settings::*setting, const std::vector<std::string_view>& tokens,
+               Effect effect) {
     return {pattern,
             [=](Receiver& receiver, const Arguments& arguments) {
                 receiver.settings.*setting = TokenIndex(tokens, arguments);
@@ -41,7 +42,7 @@ Command Choice(std::string_view pattern, int Settings::*setting, std::vector<std
             })};
 }
 
-Command OfdmChoice(std::string_view pattern, int Ofdm::*parameter, std::vector<std::string_view> tokens,
+Command OfdmChoice(std::string_view pattern, int Ofdm::*parameter, const std::vector<std::string_view>& tokens,
                    std::string_view automatic) {
     return {pattern,
             [=](Receiver& receiver, const Arguments& arguments) {

@@ -9,11 +9,11 @@ namespace sim {
 enum class Effect { None, Restart };  // whether a new value makes the results settle again
 
 /// A setting whose value is one of the tokens; it is kept as the token's index. A token may hold commas.
-Command Choice(std::string_view pattern, int Settings::*setting, std::vector<std::string_view> tokens,
+Command Choice(std::string_view pattern, int Settings::*setting, const std::vector<std::string_view>& tokens,
                Effect effect = Effect::None);
 /// The same for a member of the transmission parameters. In the automatic modes the query answers automatic, unless
 /// that is empty.
-Command OfdmChoice(std::string_view pattern, int Ofdm::*parameter, std::vector<std::string_view> tokens,
+Command OfdmChoice(std::string_view pattern, int Ofdm::*parameter, const std::vector<std::string_view>& tokens,
                    std::string_view automatic = {});
 Command Switch(std::string_view pattern, bool Settings::*setting, std::string_view off, std::string_view on,
                Effect effect = Effect::None);

@@ -24,7 +24,7 @@ Command Result(std::string_view pattern, std::initializer_list<MeasureMode> mode
 }
 
 // A transmission parameter by its name.
-Command Parameter(std::string_view pattern, std::function<std::string_view(const Reception&)> name) {
+Command Parameter(std::string_view pattern, const std::function<std::string_view(const Reception&)>& name) {
     return Result(pattern, {}, Needs::Lock, [name](Receiver&, const Reception& r) { return std::string{name(r)}; });
 }
 

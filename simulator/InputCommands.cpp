@@ -10,7 +10,7 @@ namespace {
 constexpr const char* kImpedanceOption = "TARN-B3";
 
 // The commands of the input module that the impedance option brings are refused without it.
-Command NeedsImpedanceOption(Command command) {
+Command NeedsImpedanceOption(const Command& command) {
     const auto check = [](const Receiver& receiver) {
         if (!receiver.configuration.options.Has(kImpedanceOption)) throw ScpiError{-241};
     };

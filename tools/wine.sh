@@ -2,11 +2,12 @@
 # The Wine prefix of this repository: how it is made, what is registered in it, how programs run in it.
 # Sourced after tools/lib.sh.
 
-# shellcheck disable=SC2154
+# shellcheck disable=SC2154 # tools/lib.sh sets build and logs.
 export WINEPREFIX="$build/wine"
 export WINEDEBUG="${WINEDEBUG:--all}"
-# No offers to download browser engines, no menu entries in the user's desktop.
-export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+# No offers to download browser engines, no menu entries in the user's desktop, no debugger that waits beside a program
+# that crashed.
+export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d"
 
 # Seconds after which a program under Wine is taken for hung.
 wine_limit=120
@@ -25,10 +26,17 @@ bitnesses() {
 # preset_of <bitness>
 preset_of() { if [ "$1" = 32 ]; then echo windows-x86; else echo windows-x64; fi; }
 
-# wine_run <program> <argument>...: the server, which outlives the program for a while, must not hold its output open.
+# wine_run <program> <argument>...: the output goes through files, because the processes that Wine starts behind a
+# program hold its output open for as long as they live, and whoever reads from a pipe would wait for them.
 wine_run() {
+    local output code=0
+    output="$(mktemp -d "$logs/wine.XXXXXX")"
     wineserver -p30 >/dev/null 2>&1 </dev/null || true
-    timeout -k 5 "$wine_limit" wine "$@"
+    timeout -k 5 "$wine_limit" wine "$@" >"$output/1" 2>"$output/2" || code=$?
+    cat "$output/1"
+    cat "$output/2" >&2
+    rm -rf "$output"
+    return "$code"
 }
 
 # windows_path <absolute path>: the same file as Windows programs name it.
@@ -99,7 +107,7 @@ register_servers() {
     local bitness="$1" file
     while read -r file <&3; do
         echo "$file"
-        wine_tool "$bitness" regsvr32 /s "$(windows_path "$file")" || {
+        wine_tool "$bitness" regsvr32 /s /n /i:force "$(windows_path "$file")" || {
             echo "regsvr32 failed with $?"
             return 1
         }

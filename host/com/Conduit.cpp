@@ -12,7 +12,7 @@ const Server& TheServer() {
         {&CLSID_clsEthernet, EthernetId, "TCP/IP transport", Threading::Apartment, CreateEthernet},
         {&CLSID_clsGUI, GuiId, "Front-panel transport", Threading::Apartment, CreateGui},
     };
-    static constexpr Server server{&LIBID_Conduit, classes};
+    static constexpr Server server{&LIBID_Conduit, classes, {}, true};
     return server;
 }
 

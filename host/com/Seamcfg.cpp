@@ -9,7 +9,7 @@ const Server& TheServer() {
     static constexpr ClassEntry classes[] = {
         {&CLSID_clsNode, "Seamcfg.clsNode", "Settings node", Threading::Apartment, CreateNode},
     };
-    static constexpr Server server{&LIBID_Seamcfg, classes};
+    static constexpr Server server{&LIBID_Seamcfg, classes, {}, true};
     return server;
 }
 

@@ -15,7 +15,7 @@ const Server& TheServer() {
         {&CLSID_clsHost, "Seamlib.clsHost", "Finds and creates drivers", Threading::Both, CreateHost},
     };
     static constexpr Category categories[] = {{&DriverCategory, "Instrument drivers"}};
-    static constexpr Server server{&LIBID_Seamlib, classes, categories};
+    static constexpr Server server{&LIBID_Seamlib, classes, categories, true};
     return server;
 }
 

@@ -1,7 +1,9 @@
 #include "platform/com/Registration.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <ranges>
+#include <utility>
 
 #include "platform/com/ComPtr.h"
 #include "platform/com/Errors.h"
@@ -25,21 +27,17 @@ constexpr REGSAM OtherView = KEY_WOW64_64KEY;
 
 std::wstring Joined(const std::wstring& key, const std::wstring& below) { return key + L'\\' + below; }
 
-std::wstring ClassKey(REFCLSID clsid) { return L"CLSID\\" + ToText(clsid); }
-
 // ---- the rows ----
 
 void AddClass(std::vector<RegistrationRow>& rows, const ClassEntry& entry, REFGUID library, const std::wstring& file) {
     const auto clsid = ToText(*entry.clsid);
     const auto progId = Wide(entry.progId);
     const auto name = Wide(entry.name);
-    const auto key = ClassKey(*entry.clsid);
+    const auto key = L"CLSID\\" + clsid;
     const auto server = Joined(key, L"InprocServer32");
-    rows.push_back({progId, L"", name, true});
-    rows.push_back({Joined(progId, L"CLSID"), L"", clsid, true});
-    rows.push_back({key, L"", name});
     rows.push_back({server, L"", file});
     rows.push_back({server, L"ThreadingModel", entry.threading == Threading::Both ? L"Both" : L"Apartment"});
+    rows.push_back({key, L"", name});
     rows.push_back({Joined(key, L"ProgID"), L"", progId});
     rows.push_back({Joined(key, L"VersionIndependentProgID"), L"", progId});
     rows.push_back({Joined(key, L"TypeLib"), L"", ToText(library)});
@@ -47,6 +45,8 @@ void AddClass(std::vector<RegistrationRow>& rows, const ClassEntry& entry, REFGU
     for (const auto category : entry.categories) {
         rows.push_back({Joined(key, L"Implemented Categories\\" + ToText(*category)), L"", std::nullopt});
     }
+    rows.push_back({.key = Joined(progId, L"CLSID"), .data = clsid, .shared = true, .claim = true});
+    rows.push_back({.key = progId, .data = name, .shared = true});
 }
 
 void AddInterfaces(std::vector<RegistrationRow>& rows, ITypeLib* library, const std::wstring& libid) {
@@ -63,9 +63,9 @@ void AddInterfaces(std::vector<RegistrationRow>& rows, ITypeLib* library, const 
         if (!marshalled) continue;
         Bstr name;
         Check(description->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr));
+        rows.push_back({.key = Joined(key, L"TypeLib"), .data = libid, .claim = true});
         rows.push_back({key, L"", Wide(name.Utf8())});
         rows.push_back({Joined(key, L"ProxyStubClsid32"), L"", TypeLibraryMarshaller});
-        rows.push_back({Joined(key, L"TypeLib"), L"", libid});
         rows.push_back({Joined(key, L"TypeLib"), L"Version", Version});
     }
 }
@@ -84,12 +84,12 @@ void AddTypeLibrary(std::vector<RegistrationRow>& rows, const std::wstring& file
     Check(library->GetDocumentation(MEMBERID_NIL, nullptr, description.put(), nullptr, nullptr));
 
     const auto key = L"TypeLib\\" + libid + L"\\" + Version;
-    rows.push_back({key, L"", Wide(description.Utf8()), true});
-    rows.push_back({Joined(key, L"FLAGS"), L"", flags, true});
     // Who asks for another language than the library's finds it under the neutral one.
-    for (const auto& language : {std::wstring(locale), std::wstring(L"0")}) {
+    for (const auto& language : {std::wstring(L"0"), std::wstring(locale)}) {
         rows.push_back({Joined(key, language + L"\\" + Platform), L"", file});
     }
+    rows.push_back({key, L"", Wide(description.Utf8()), true});
+    rows.push_back({Joined(key, L"FLAGS"), L"", flags, true});
     AddInterfaces(rows, library.get(), libid);
 }
 
@@ -97,6 +97,17 @@ void AddTypeLibrary(std::vector<RegistrationRow>& rows, const std::wstring& file
 
 void CheckRegistry(LSTATUS status) { Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status))); }
 
+struct Content {
+    DWORD type;
+    std::vector<BYTE> bytes;
+};
+
+Content TextContent(const std::wstring& text) {
+    const auto* bytes = reinterpret_cast<const BYTE*>(text.c_str());
+    return {REG_SZ, {bytes, bytes + (text.size() + 1) * sizeof(wchar_t)}};
+}
+
+// A key among the classes of the machine or of the user. HKEY_CLASSES_ROOT shows both, and writes to either.
 class Key {
   public:
     Key() = default;
@@ -106,25 +117,39 @@ class Key {
         if (key_) RegCloseKey(key_);
     }
 
-    void Create(const std::wstring& path) {
-        CheckRegistry(
-            RegCreateKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key_, nullptr));
+    LSTATUS Create(Scope scope, const std::wstring& path, bool& created) {
+        DWORD disposition = 0;
+        const LSTATUS status = RegCreateKeyExW(Hive(scope), Path(path).c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE,
+                                               nullptr, &key_, &disposition);
+        created = disposition == REG_CREATED_NEW_KEY;
+        return status;
     }
-    bool Open(const std::wstring& path, REGSAM access) {
-        return RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, access, &key_) == ERROR_SUCCESS;
+    LSTATUS Open(Scope scope, const std::wstring& path, REGSAM access) {
+        return RegOpenKeyExW(Hive(scope), Path(path).c_str(), 0, access, &key_);
     }
-    void Write(const std::wstring& name, const std::wstring& data) {
-        CheckRegistry(RegSetValueExW(key_, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(data.c_str()),
-                                     static_cast<DWORD>((data.size() + 1) * sizeof(wchar_t))));
+    LSTATUS Write(const std::wstring& name, const Content& content) {
+        return RegSetValueExW(key_, name.c_str(), 0, content.type, content.bytes.data(),
+                              static_cast<DWORD>(content.bytes.size()));
     }
-    std::optional<std::wstring> Read(const std::wstring& name) const {
+    std::optional<Content> Read(const std::wstring& name) const {
+        DWORD size = 0;
+        Content content{};
+        if (RegQueryValueExW(key_, name.c_str(), nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS) return {};
+        content.bytes.resize(size);
+        if (RegQueryValueExW(key_, name.c_str(), nullptr, &content.type, content.bytes.data(), &size) !=
+            ERROR_SUCCESS) {
+            return {};
+        }
+        return content;
+    }
+    std::optional<std::wstring> ReadText(const std::wstring& name) const {
         DWORD size = 0;
         if (RegGetValueW(key_, nullptr, name.c_str(), RRF_RT_REG_SZ, nullptr, nullptr, &size) != ERROR_SUCCESS) {
-            return std::nullopt;
+            return {};
         }
         std::wstring data(size / sizeof(wchar_t), L'\0');
         if (RegGetValueW(key_, nullptr, name.c_str(), RRF_RT_REG_SZ, nullptr, data.data(), &size) != ERROR_SUCCESS) {
-            return std::nullopt;
+            return {};
         }
         data.resize(wcsnlen(data.c_str(), data.size()));
         return data;
@@ -138,52 +163,164 @@ class Key {
                keys == 0 && values == 0;
     }
 
+    static HKEY Hive(Scope scope) { return scope == Scope::User ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE; }
+    static std::wstring Path(const std::wstring& path) { return L"Software\\Classes\\" + path; }
+
   private:
     HKEY key_ = nullptr;
 };
 
-std::optional<std::wstring> ReadValue(const std::wstring& path, REGSAM view) {
+std::optional<std::wstring> ReadText(Scope scope, const std::wstring& path, const std::wstring& name, REGSAM view) {
     Key key;
-    if (!key.Open(path, KEY_READ | view)) return std::nullopt;
-    return key.Read(L"");
+    if (key.Open(scope, path, KEY_READ | view) != ERROR_SUCCESS) return {};
+    return key.ReadText(name);
 }
 
-bool SameFile(const std::optional<std::wstring>& registered, const std::wstring& file) {
-    return registered && lstrcmpiW(registered->c_str(), file.c_str()) == 0;
+bool SameText(const std::wstring& one, const std::wstring& other) { return lstrcmpiW(one.c_str(), other.c_str()) == 0; }
+
+// A file that no path, long or short, leads to twice: its place on the disk.
+std::optional<std::pair<DWORD, std::uint64_t>> PlaceOf(const std::wstring& file) {
+    const HANDLE handle =
+        CreateFileW(file.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    OPEN_EXISTING, 0, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return {};
+    BY_HANDLE_FILE_INFORMATION information{};
+    const bool known = GetFileInformationByHandle(handle, &information);
+    CloseHandle(handle);
+    if (!known) return {};
+    return std::pair(information.dwVolumeSerialNumber,
+                     (std::uint64_t{information.nFileIndexHigh} << 32) | information.nFileIndexLow);
 }
 
-void Write(const RegistrationRow& row) {
-    Key key;
-    key.Create(row.key);
-    if (row.data) key.Write(row.name, *row.data);
+bool SameFile(const std::wstring& one, const std::wstring& other) {
+    if (SameText(one, other)) return true;
+    const auto place = PlaceOf(one);
+    return place && place == PlaceOf(other);
 }
 
-// Deletes the key if nothing is left in it, and those above it in the same way. A key at the top holds others' entries
-// too.
-void Prune(std::wstring path) {
-    do {
+// Deletes the key if nothing is left in it, and those above it in the same way.
+void Prune(Scope scope, std::wstring path) {
+    while (!path.empty()) {
         {
             Key key;
-            if (!key.Open(path, KEY_READ) || !key.Empty()) return;
+            if (key.Open(scope, path, KEY_READ) != ERROR_SUCCESS || !key.Empty()) return;
         }
-        if (RegDeleteKeyW(HKEY_CLASSES_ROOT, path.c_str()) != ERROR_SUCCESS) return;
-        path.resize(std::min(path.size(), path.rfind(L'\\')));
-    } while (path.find(L'\\') != std::wstring::npos);
+        if (RegDeleteKeyW(Key::Hive(scope), Key::Path(path).c_str()) != ERROR_SUCCESS) return;
+        const auto end = path.rfind(L'\\');
+        path.resize(end == std::wstring::npos ? 0 : end);
+    }
 }
 
-void Remove(const RegistrationRow& row) {
+// ---- registering ----
+
+struct Change {
+    const RegistrationRow& row;
+    bool created;  // the key
+    std::optional<Content> before;
+};
+
+LSTATUS Write(Scope scope, const RegistrationRow& row, std::vector<Change>& changes) {
+    Key key;
+    bool created = false;
+    if (const LSTATUS status = key.Create(scope, row.key, created); status != ERROR_SUCCESS) return status;
+    changes.push_back({row, created, key.Read(row.name)});
+    return row.data ? key.Write(row.name, TextContent(*row.data)) : ERROR_SUCCESS;
+}
+
+void Undo(Scope scope, const std::vector<Change>& changes) {
+    for (const auto& [row, created, before] : changes | std::views::reverse) {
+        {
+            Key key;
+            if (key.Open(scope, row.key, KEY_READ | KEY_WRITE) != ERROR_SUCCESS) continue;
+            if (before) {
+                key.Write(row.name, *before);
+            } else {
+                key.Delete(row.name);
+            }
+        }
+        if (created) Prune(scope, row.key);
+    }
+}
+
+// The file of a command line such as "C:\A B\c.exe" /automation, with or without quotes, and of a plain file name.
+std::wstring FileOf(std::wstring command) {
+    if (command.starts_with(L'"')) return command.substr(1, command.find(L'"', 1) - 1);
+    for (auto end = command.find(L' '); end != std::wstring::npos; end = command.find(L' ', end + 1)) {
+        if (end > 4 && SameText(command.substr(end - 4, 4), L".exe")) command.resize(end);
+    }
+    return command;
+}
+
+// The existing file that serves a class in that view of the registry, with its path.
+std::optional<std::wstring> ServerOf(const std::wstring& clsid, REGSAM view) {
+    for (const auto scope : {Scope::User, Scope::Machine}) {
+        for (const auto server : {L"\\InprocServer32", L"\\LocalServer32"}) {
+            const auto command = ReadText(scope, L"CLSID\\" + clsid + server, L"", view);
+            if (!command) continue;
+            std::wstring found(MAX_PATH, L'\0');
+            const DWORD length = SearchPathW(nullptr, FileOf(*command).c_str(), L".dll",
+                                             static_cast<DWORD>(found.size()), found.data(), nullptr);
+            if (length == 0) continue;
+            found.resize(length);
+            return length < MAX_PATH ? found : FileOf(*command);
+        }
+    }
+    return {};
+}
+
+// Refuses when a ProgID leads to a file of someone else's, in either bitness: the ProgID belongs to both.
+void CheckNobodyElseServes(const ClassEntry& entry, const std::wstring& file) {
+    const auto own = ToText(*entry.clsid);
+    const auto progId = Wide(entry.progId);
+    for (const auto scope : {Scope::User, Scope::Machine}) {
+        const auto clsid = ReadText(scope, progId + L"\\CLSID", L"", 0);
+        if (!clsid) continue;
+        auto other = ServerOf(*clsid, 0);
+        // The other bitness of the own class is this component's other DLL.
+        if (!other && !SameText(*clsid, own)) other = ServerOf(*clsid, OtherView);
+        if (!other || SameFile(*other, file)) continue;
+        throw platform::AutomationError(SELFREG_E_CLASS, entry.progId,
+                                        std::string(entry.progId) + " already leads to " + Utf8(*other) +
+                                            ". Nothing was changed. To take it over: regsvr32 /n /i:force \"" +
+                                            Utf8(file) + '"');
+    }
+}
+
+// ---- unregistering ----
+
+// The rows that still lead to this file. Someone else's registration of the class, the library, the ProgID or the
+// interface takes the rows around it along.
+std::vector<RegistrationRow> OwnRows(Scope scope, const std::vector<RegistrationRow>& rows, const std::wstring& file) {
+    std::vector<RegistrationRow> result;
+    bool ownFile = true;
+    bool own = true;
+    for (const auto& row : rows) {
+        const bool leadsToFile = row.data == file;
+        if (leadsToFile || row.claim) {
+            const auto registered = ReadText(scope, row.key, row.name, 0);
+            if (leadsToFile) ownFile = !registered || SameFile(*registered, file);
+            own = ownFile && (leadsToFile || !registered || SameText(*registered, *row.data));
+        }
+        if (own) result.push_back(row);
+    }
+    return result;
+}
+
+void Remove(Scope scope, const RegistrationRow& row) {
     {
         Key key;
-        if (!key.Open(row.key, KEY_READ | KEY_WRITE)) return;
-        if (row.data && key.Read(row.name) == row.data) key.Delete(row.name);
+        const LSTATUS status = key.Open(scope, row.key, KEY_READ | KEY_WRITE);
+        if (status == ERROR_FILE_NOT_FOUND) return;
+        CheckRegistry(status);
+        if (row.data) key.Delete(row.name);
     }
-    Prune(row.key);
+    Prune(scope, row.key);
 }
 
 // True while the DLL of the other bitness is registered: both share what is no class's own.
-bool OtherBitnessRegistered(const Server& server) {
+bool OtherBitnessRegistered(const Server& server, Scope scope) {
     const auto library = L"TypeLib\\" + ToText(*server.library) + L"\\" + Version + L"\\0\\" + OtherPlatform;
-    return ReadValue(library, OtherView).has_value();
+    return ReadText(scope, library, L"", OtherView).has_value();
 }
 
 }  // namespace
@@ -198,25 +335,54 @@ std::vector<RegistrationRow> RegistrationRows(const Server& server, const std::w
     return rows;
 }
 
-HRESULT Register(const Server& server) {
-    const HRESULT result = Border(IID_NULL, [&] {
-        for (const auto& row : RegistrationRows(server, FileName(ThisModule()))) Write(row);
-    });
-    if (FAILED(result)) Unregister(server);
-    return result;
-}
-
-HRESULT Unregister(const Server& server) {
+HRESULT Register(const Server& server, Scope scope, bool force) {
     return Border(IID_NULL, [&] {
         const auto file = FileName(ThisModule());
-        const bool keepShared = OtherBitnessRegistered(server);
+        if (server.givesWay && !force) {
+            for (const auto& entry : server.classes) CheckNobodyElseServes(entry, file);
+        }
         const auto rows = RegistrationRows(server, file);
-        const auto registered = ReadValue(ClassKey(*server.classes.front().clsid) + L"\\InprocServer32", 0);
-        if (registered && !SameFile(registered, file)) return;  // another file has taken over
-        for (const auto& row : rows | std::views::reverse) {
-            if (!row.shared || !keepShared) Remove(row);
+        std::vector<Change> changes;
+        for (const auto& row : rows) {
+            const LSTATUS status = Write(scope, row, changes);
+            if (status == ERROR_SUCCESS) continue;
+            Undo(scope, changes);
+            CheckRegistry(status);
         }
     });
+}
+
+HRESULT Unregister(const Server& server, Scope scope) {
+    return Border(IID_NULL, [&] {
+        const auto file = FileName(ThisModule());
+        const bool keepShared = OtherBitnessRegistered(server, scope);
+        for (const auto& row : OwnRows(scope, RegistrationRows(server, file), file)) {
+            if (!row.shared || !keepShared) Remove(scope, row);
+        }
+    });
+}
+
+HRESULT Install(const Server& server, bool install, const wchar_t* words) {
+    auto scope = Scope::Machine;
+    bool force = false;
+    for (std::wstring rest = words ? words : L""; !rest.empty();) {
+        const auto word = rest.substr(0, rest.find(L','));
+        rest.erase(0, word.size() + 1);
+        if (SameText(word, L"user")) {
+            scope = Scope::User;
+        } else if (SameText(word, L"force")) {
+            force = true;
+        } else {
+            return E_INVALIDARG;
+        }
+    }
+    return install ? Register(server, scope, force) : Unregister(server, scope);
+}
+
+bool ForceOnCommandLine() {
+    std::wstring command = GetCommandLineW() + std::wstring(L" ");
+    CharLowerW(command.data());
+    return command.find(L" /i:force ") != std::wstring::npos || command.find(L" -i:force ") != std::wstring::npos;
 }
 
 }  // namespace com

@@ -33,6 +33,7 @@ struct Server {
     const GUID* library;
     std::span<const ClassEntry> classes;
     std::span<const Category> categories = {};
+    bool givesWay = false;  ///< other products serve the same ProgIDs, which registering must not take from them
 };
 
 /// The server that a DLL's entry points serve; each DLL defines it.

@@ -22,8 +22,7 @@ class Surroundings : public testing::Environment {
         ASSERT_HRESULT_SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
         for (const auto name : {L"Seamcfg", L"Seamlib", L"Conduit", L"XTarn4x"}) Register(name);
         // The instrument is a scripted one: nothing to wait for.
-        ASSERT_HRESULT_SUCCEEDED(CoCreateInstance(__uuidof(clsApplication), nullptr, CLSCTX_INPROC_SERVER,
-                                                  __uuidof(IApplication), application_.putVoid()));
+        application_ = Create<IApplication>(__uuidof(clsApplication));
         ASSERT_HRESULT_SUCCEEDED(application_->put_DelayScale(0.0));
     }
 
@@ -36,9 +35,10 @@ class Surroundings : public testing::Environment {
     static void Register(const wchar_t* name) {
         const auto module = LoadLibraryW(ComponentFile(name).c_str());
         ASSERT_NE(module, nullptr) << com::Utf8(ComponentFile(name));
-        const auto entry = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
-            reinterpret_cast<void*>(GetProcAddress(module, "DllRegisterServer")));
-        ASSERT_HRESULT_SUCCEEDED(entry());
+        const auto install = reinterpret_cast<HRESULT(STDAPICALLTYPE*)(BOOL, LPCWSTR)>(
+            reinterpret_cast<void*>(GetProcAddress(module, "DllInstall")));
+        // Those of another build folder may be registered.
+        ASSERT_HRESULT_SUCCEEDED(install(TRUE, L"force"));
         FreeLibrary(module);
     }
 
@@ -50,21 +50,20 @@ const auto* const surroundings = testing::AddGlobalTestEnvironment(new Surroundi
 }  // namespace
 
 std::ostream& operator<<(std::ostream& stream, const Failure& failure) {
-    return stream << "0x" << std::hex << static_cast<unsigned>(failure.result) << std::dec << " from \""
-                  << failure.source << "\": \"" << failure.description << '"';
+    return stream << "0x" << std::hex << failure.result << std::dec << " from \"" << failure.source << "\": \""
+                  << failure.description << '"';
 }
 
-Failure TakeFailure(HRESULT result, const GUID& raisedBy) {
+Failure TakeFailure(HRESULT result) {
     ComPtr<IErrorInfo> information;
-    if (GetErrorInfo(0, information.put()) != S_OK) return {result, "", ""};
-    com::Bstr source;
-    com::Bstr description;
+    if (GetErrorInfo(0, information.put()) != S_OK) return {static_cast<unsigned>(result), "", ""};
+    com::Bstr source, description;
     GUID interfaceId{};
     EXPECT_HRESULT_SUCCEEDED(information->GetSource(source.put()));
     EXPECT_HRESULT_SUCCEEDED(information->GetDescription(description.put()));
     EXPECT_HRESULT_SUCCEEDED(information->GetGUID(&interfaceId));
-    EXPECT_TRUE(interfaceId == raisedBy);
-    return {result, source.Utf8(), description.Utf8()};
+    EXPECT_TRUE(interfaceId == __uuidof(_clsTarn4x));
+    return {static_cast<unsigned>(result), source.Utf8(), description.Utf8()};
 }
 
 HRESULT Script::Get(const wchar_t* member, std::vector<VARIANT> arguments, std::vector<Named> named) {
@@ -102,57 +101,49 @@ HRESULT Script::Invoke(WORD flags, const wchar_t* member, std::vector<VARIANT> a
     const HRESULT called = object_->Invoke(memberId, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
                                            flags == DISPATCH_PROPERTYPUT ? nullptr : &result, &exception, &bad);
     if (called == DISP_E_EXCEPTION) {
-        com::Bstr source;
-        com::Bstr description;
+        com::Bstr source, description;
         *source.put() = exception.bstrSource;
         *description.put() = exception.bstrDescription;
         SysFreeString(exception.bstrHelpFile);
-        raised = {exception.scode, source.Utf8(), description.Utf8()};
+        raised = {static_cast<unsigned>(exception.scode), source.Utf8(), description.Utf8()};
     }
     return called;
 }
 
 VARIANT Number(LONG number) {
-    VARIANT value;
-    VariantInit(&value);
+    VARIANT value{};
     value.vt = VT_I4;
     value.lVal = number;
     return value;
 }
 
-VARIANT Real(double number) {
-    VARIANT value;
-    VariantInit(&value);
-    value.vt = VT_R8;
+VARIANT Real(double number, VARTYPE type) {
+    VARIANT value{};
+    value.vt = type;
     value.dblVal = number;
     return value;
 }
 
-VARIANT DateOf(double days) {
-    VARIANT value = Real(days);
-    value.vt = VT_DATE;
-    return value;
-}
-
 VARIANT Reference(VARIANT* variable) {
-    VARIANT value;
-    VariantInit(&value);
+    VARIANT value{};
     value.vt = VT_BYREF | VT_VARIANT;
     value.pvarVal = variable;
     return value;
 }
 
 OnLine::OnLine() {
-    com::Check(
-        CoCreateInstance(CLSID_clsTarn4x, nullptr, CLSCTX_INPROC_SERVER, __uuidof(_clsTarn4x), driver.putVoid()));
-    setup = driver.As<IDriverSetup>();
-    const com::Variant link(com::ToVariant(std::string("TCP/IP")));
-    const com::Variant host(com::ToVariant(std::string("127.0.0.1")));
-    SetSetting(L"Remote Control", link);
-    SetSetting(L"TCP/IP.Host", host);
-    SetSetting(L"TCP/IP.Port", Number(peer.Port()));
-    EXPECT_HRESULT_SUCCEEDED(setup->put_OnLine(VARIANT_TRUE));
+    ComPtr<INode> settings;
+    com::Check(setup->get_Settings(settings.put()));
+    const std::pair<const char*, platform::Value> values[] = {{"Remote Control", std::string("TCP/IP")},
+                                                              {"TCP/IP.Host", std::string("127.0.0.1")},
+                                                              {"TCP/IP.Port", std::int32_t{peer.Port()}}};
+    for (const auto& [path, value] : values) {
+        ComPtr<INode> setting;
+        com::Check(settings->get_Item(com::Variant(com::ToVariant(std::string(path))), setting.put()));
+        com::Check(setting->SetValue(VARIANT_TRUE, VARIANT_TRUE, com::Variant(com::ToVariant(value))));
+    }
     VARIANT_BOOL onLine = VARIANT_FALSE;
+    EXPECT_HRESULT_SUCCEEDED(setup->put_OnLine(VARIANT_TRUE));
     EXPECT_HRESULT_SUCCEEDED(setup->get_OnLine(&onLine));
     EXPECT_EQ(onLine, VARIANT_TRUE);
 }
@@ -161,13 +152,4 @@ OnLine::~OnLine() {
     VARIANT_BOOL onLine = VARIANT_FALSE;
     EXPECT_EQ(setup->get_OnLine(&onLine), S_OK);
     if (onLine) setup->put_OnLine(VARIANT_FALSE);
-}
-
-void OnLine::SetSetting(const wchar_t* name, VARIANT value) {
-    ComPtr<INode> settings;
-    ComPtr<INode> setting;
-    com::Check(setup->get_Settings(settings.put()));
-    const com::Variant path(com::ToVariant(com::Utf8(std::wstring_view(name))));
-    com::Check(settings->get_Item(path, setting.put()));
-    com::Check(setting->SetValue(VARIANT_TRUE, VARIANT_TRUE, value));
 }

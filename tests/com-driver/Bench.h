@@ -4,6 +4,7 @@
 #include <XTarn4x_h.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -19,16 +20,24 @@ using com::ComPtr;
 /// Full name of a component of the bitness, "XTarn4x" for example, beside the test program of that bitness.
 std::wstring ComponentFile(const wchar_t* name, int bits = 8 * sizeof(void*));
 
+/// A new object of a class of the driver.
+template <class Interface>
+ComPtr<Interface> Create(REFCLSID clsid) {
+    ComPtr<Interface> object;
+    com::Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface), object.putVoid()));
+    return object;
+}
+
 /// What an automation call left behind as error information; empty when there is none.
 struct Failure {
-    HRESULT result = S_OK;
-    std::string source;
-    std::string description;
+    unsigned result = 0;
+    std::string source, description;
     bool operator==(const Failure&) const = default;
 };
 std::ostream& operator<<(std::ostream& stream, const Failure& failure);
-/// Takes the thread's error information.
-Failure TakeFailure(HRESULT result, const GUID& raisedBy);
+/// Takes the thread's error information, which the driver's main interface has to have raised.
+Failure TakeFailure(HRESULT result);
+#define EXPECT_RAISES(call, ...) EXPECT_EQ(TakeFailure(call), (Failure{__VA_ARGS__}))
 
 /// A script's view of an object: members by name.
 class Script {
@@ -44,6 +53,11 @@ class Script {
     HRESULT Get(const wchar_t* member, std::vector<VARIANT> arguments = {}, std::vector<Named> named = {});
     HRESULT Put(const wchar_t* member, VARIANT value, std::vector<VARIANT> arguments = {},
                 std::vector<Named> named = {});
+    /// The result of a call that has to succeed.
+    const VARIANT& Value(const wchar_t* member, std::vector<VARIANT> arguments = {}, std::vector<Named> named = {}) {
+        EXPECT_EQ(Get(member, std::move(arguments), std::move(named)), S_OK) << raised;
+        return result;
+    }
 
     com::Variant result;
     Failure raised;
@@ -55,20 +69,35 @@ class Script {
 };
 
 VARIANT Number(LONG number);
-VARIANT Real(double number);
-VARIANT DateOf(double days);
+VARIANT Real(double number, VARTYPE type = VT_R8);
 VARIANT Reference(VARIANT* variable);
 
 /// A registered driver, on-line with a scripted instrument. Creating a driver takes a serial port that opens; the Wine
 /// prefix has to offer one.
 class OnLine : public testing::Test {
-  protected:
+  public:
     OnLine();
     ~OnLine() override;
 
-    void SetSetting(const wchar_t* name, VARIANT value);
+    /// The output of a call through the function table, which has to write it and nothing behind it.
+    template <class Out, class Getter, class... Arguments>
+    Out Get(Getter getter, Arguments... arguments) {
+        Out outputs[2], poison;
+        std::memset(static_cast<void*>(&poison), 0x55, sizeof poison);
+        outputs[0] = outputs[1] = poison;
+        EXPECT_EQ((driver.get()->*getter)(arguments..., outputs), S_OK);
+        EXPECT_EQ(std::memcmp(&outputs[1], &poison, sizeof poison), 0);
+        return outputs[0];
+    }
 
     Peer peer;
-    ComPtr<_clsTarn4x> driver;
-    ComPtr<IDriverSetup> setup;
+    ComPtr<_clsTarn4x> driver = Create<_clsTarn4x>(CLSID_clsTarn4x);
+    ComPtr<IDriverSetup> setup = driver.As<IDriverSetup>();
 };
+
+/// A call through the function table that has to send that line.
+#define EXPECT_SENDS(call, line)                    \
+    do {                                            \
+        EXPECT_EQ(call, S_OK);                      \
+        EXPECT_TRUE(peer.Received(line)) << (line); \
+    } while (false)

@@ -33,9 +33,14 @@ Peer::~Peer() {
     WSACleanup();
 }
 
-void Peer::Answer(const std::string& query, const std::string& answer) {
+void Peer::Answers(std::string_view dialogue) {
     const std::lock_guard lock(mutex);
-    answers[query] = answer;
+    while (!dialogue.empty()) {
+        const auto line = dialogue.substr(0, dialogue.find(" | "));
+        const auto equals = line.find(" = ");
+        answers[std::string(line.substr(0, equals))] = line.substr(equals + 3);
+        dialogue.remove_prefix(std::min(line.size() + 3, dialogue.size()));
+    }
 }
 
 bool Peer::Received(const std::string& line) {

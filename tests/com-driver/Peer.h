@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -18,8 +19,8 @@ class Peer {
     Peer& operator=(const Peer&) = delete;
 
     std::uint16_t Port() const { return port; }
-    /// From now on the answer to that query; a line end is added.
-    void Answer(const std::string& query, const std::string& answer);
+    /// From now on the answers to queries, as "QUERY? = ANSWER | QUERY? = ANSWER".
+    void Answers(std::string_view dialogue);
     /// Waits until the peer has received that line (5 s); false when it does not come.
     bool Received(const std::string& line);
     /// How often the peer has received that line.

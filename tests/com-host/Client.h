@@ -47,6 +47,18 @@ inline com::Variant Invoke(IDispatch* object, const wchar_t* name, WORD flags, s
     return result;
 }
 
+inline platform::Value Get(IDispatch* object, const wchar_t* name, std::vector<platform::Value> arguments = {}) {
+    return com::FromVariant(Invoke(object, name, DISPATCH_PROPERTYGET, std::move(arguments)));
+}
+inline platform::Value Call(IDispatch* object, const wchar_t* name, std::vector<platform::Value> arguments) {
+    const auto result = Invoke(object, name, DISPATCH_METHOD, std::move(arguments));
+    return result.vt == VT_EMPTY ? platform::Value() : com::FromVariant(result);
+}
+inline void Put(IDispatch* object, const wchar_t* name, platform::Value value) {
+    Invoke(object, name, DISPATCH_PROPERTYPUT, {std::move(value)});
+}
+inline platform::Value Text(const char* text) { return std::string(text); }
+
 /// The error that a call raises, as "number|source|description".
 inline std::string Raised(const std::function<void()>& call) {
     try {

@@ -8,16 +8,11 @@ using platform::Value;
 
 TEST(Text, GoesThroughUtf16ByLength) {
     using namespace std::string_literals;
-    struct {
-        std::string utf8;
-        std::wstring utf16;
-    } const cases[] = {
-        {"", L""},
-        {"READ:DVBT?", L"READ:DVBT?"},
-        {"a\0b"s, L"a\0b"s},
-        {"50 \xCE\xA9, \xC2\xB5V", L"50 \x03A9, \x00B5V"},
-        {"\xF0\x9F\x93\xA1", L"\xD83D\xDCE1"},
-    };
+    const std::pair<std::string, std::wstring> cases[] = {{"", L""},
+                                                          {"READ:DVBT?", L"READ:DVBT?"},
+                                                          {"a\0b"s, L"a\0b"s},
+                                                          {"50 \xCE\xA9, \xC2\xB5V", L"50 \x03A9, \x00B5V"},
+                                                          {"\xF0\x9F\x93\xA1", L"\xD83D\xDCE1"}};
     for (const auto& [utf8, utf16] : cases) {
         const com::Bstr bstr{utf8};
         EXPECT_EQ(std::wstring(bstr.get(), SysStringLen(bstr.get())), utf16);
@@ -25,17 +20,9 @@ TEST(Text, GoesThroughUtf16ByLength) {
         EXPECT_EQ(com::Wide(utf8), utf16);
     }
     EXPECT_EQ(com::Utf8(BSTR{nullptr}), "");
-}
-
-TEST(Text, ReplacesWhatIsNoText) {
-    EXPECT_EQ(com::Wide("a\xFF"
-                        "b"),
-              L"a\xFFFD"
-              L"b");
-    EXPECT_EQ(com::Utf8(std::wstring_view(L"a\xD83D"
-                                          L"b")),
-              "a\xEF\xBF\xBD"
-              "b");
+    // What is no text is replaced.
+    EXPECT_EQ(com::Wide("a\xFF."), L"a\xFFFD.");
+    EXPECT_EQ(com::Utf8(std::wstring_view(L"a\xD83D.")), "a\xEF\xBF\xBD.");
 }
 
 namespace {
@@ -64,10 +51,7 @@ TEST(Variants, BecomeValues) {
     short two = -2;
     VARIANT inner = com::ToVariant(Value(7));
     Meter meter;
-    struct {
-        VARIANT variant;
-        Value value;
-    } const cases[] = {
+    const std::pair<VARIANT, Value> cases[] = {
         {Raw(VT_EMPTY, [](auto&) {}), {}},
         {Raw(VT_BOOL, [](auto& v) { V_BOOL(&v) = VARIANT_TRUE; }), true},
         {Raw(VT_UI1, [](auto& v) { V_UI1(&v) = 200; }), 200},
@@ -88,15 +72,14 @@ TEST(Variants, BecomeValues) {
 }
 
 TEST(Variants, ThatAreNoValuesAreRefused) {
-    const com::Variant bytes(com::ToVariant(std::vector<std::uint8_t>{1, 2}));
     Fake<IDispatch> plain;
-    EXPECT_EQ(Raised([&] { FromVariant(Raw(VT_NULL, [](auto&) {})); }), "13||Type mismatch");
-    EXPECT_EQ(Raised([&] { FromVariant(bytes); }), "13||Type mismatch");
-    EXPECT_EQ(Raised([&] { FromVariant(com::MissingArgument()); }), "13||Type mismatch");
-    EXPECT_EQ(Raised([&] { FromVariant(Raw(VT_DISPATCH, [&](auto& v) { V_DISPATCH(&v) = &plain; })); }),
-              "13||Type mismatch");
-    EXPECT_EQ(Raised([&] { FromVariant(Raw(VT_DISPATCH, [](auto& v) { V_DISPATCH(&v) = nullptr; })); }),
-              "91||Object variable not set");
+    const com::Variant bytes(com::ToVariant(std::vector<std::uint8_t>{1, 2}));
+    const auto null = Raw(VT_NULL, [](auto&) {}), nothing = Raw(VT_DISPATCH, [](auto&v) { V_DISPATCH(&v) = nullptr; }),
+               object = Raw(VT_DISPATCH, [&](auto&v) { V_DISPATCH(&v) = &plain; });
+    for (const VARIANT& variant : {null, VARIANT(bytes), com::MissingArgument(), object}) {
+        EXPECT_EQ(Raised([&] { FromVariant(variant); }), "13||Type mismatch") << V_VT(&variant);
+    }
+    EXPECT_EQ(Raised([&] { FromVariant(nothing); }), "91||Object variable not set");
 }
 
 TEST(Variants, TellWhetherAnArgumentWasGiven) {

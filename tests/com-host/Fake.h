@@ -2,6 +2,13 @@
 
 #include "platform/com/Windows.h"
 
+/// Hands out an output.
+template <class Out, class Value>
+HRESULT Give(Out* output, Value value) {
+    *output = value;
+    return S_OK;
+}
+
 /// A COM object on the test's stack that counts its references and has no type library. Answers to IUnknown,
 /// IDispatch, Interface, and to ISupportErrorInfo when told so.
 template <class Interface>
@@ -26,10 +33,7 @@ class Fake : public Interface, public ISupportErrorInfo {
     }
     STDMETHODIMP_(ULONG) Release() override { return static_cast<ULONG>(--References); }
 
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-        *count = 0;
-        return S_OK;
-    }
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override { return Give(count, 0U); }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
@@ -38,8 +42,7 @@ class Fake : public Interface, public ISupportErrorInfo {
 
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override { return iid == __uuidof(Interface) ? S_OK : S_FALSE; }
 
-    int References = 0;
-    int Taken = 0;
+    int References = 0, Taken = 0;
 
   private:
     bool supportsErrors_;

@@ -14,37 +14,19 @@ constexpr CLSID DriverId = {0x7B30D9E4, 0x1A6C, 0x4D53, {0xA8, 0x02, 0x5F, 0x94,
 
 class FakeRegister : public Fake<IRegister> {
   public:
-    STDMETHODIMP GetClassDescription(BSTR* description) override {
-        *description = com::ToBstr(std::string_view("A driver for tests"));
-        return S_OK;
-    }
-    STDMETHODIMP GetClassName(BSTR* name) override {
-        *name = com::ToBstr(std::string_view("clsFake"));
-        return S_OK;
-    }
+    STDMETHODIMP GetClassDescription(BSTR* text) override { return Give(text, com::ToBstr("A driver for tests")); }
+    STDMETHODIMP GetClassName(BSTR* name) override { return Give(name, com::ToBstr("clsFake")); }
 };
 
 class FakeDriver : public Fake<IDriverSetup> {
   public:
-    STDMETHODIMP put_Name(BSTR name) override {
-        Name = com::Utf8(name);
-        return S_OK;
-    }
-    STDMETHODIMP get_Name(BSTR* name) override {
-        *name = com::ToBstr(Name);
-        return S_OK;
-    }
-    STDMETHODIMP get_Settings(INode** settings) override {
-        *settings = ComPtr<INode>(Settings).detach();
-        return S_OK;
-    }
+    STDMETHODIMP put_Name(BSTR name) override { return Give(&Name, com::Utf8(name)); }
+    STDMETHODIMP get_Name(BSTR* name) override { return Give(name, com::ToBstr(Name)); }
+    STDMETHODIMP get_Settings(INode** settings) override { return Give(settings, ComPtr<INode>(Settings).detach()); }
+    STDMETHODIMP get_OnLine(VARIANT_BOOL* onLine) override { return Give(onLine, VARIANT_TRUE); }
     STDMETHODIMP put_OnLine(VARIANT_BOOL) override {
         return com::Border(IID_IDriverSetup,
                            [] { throw platform::AutomationError(2002, "clsFake.OnLine", "Driver already on-line"); });
-    }
-    STDMETHODIMP get_OnLine(VARIANT_BOOL* onLine) override {
-        *onLine = VARIANT_TRUE;
-        return S_OK;
     }
 
     std::string Name;
@@ -69,8 +51,7 @@ class Factory : public IClassFactory, public ISupportErrorInfo {
         *object = nullptr;
         return com::Border(IID_IClassFactory, [&] {
             if (object_) return object_->QueryInterface(iid, object);
-            throw platform::AutomationError(380, "modParameterUtilities.GetDisplayValue",
-                                            "Invalid Property Value (intIndex = 0)");
+            throw platform::AutomationError(380, "source", "text");
         });
     }
 
@@ -85,9 +66,7 @@ class RegisteredClass {
         : factory_(object), progIdKey_(progId), classKey_(L"CLSID\\" + com::ToText(clsid)) {
         Write(progIdKey_ + L"\\CLSID", com::ToText(clsid));
         Write(classKey_ + L"\\ProgID", progId);
-        if (isDriverRegister) {
-            Write(classKey_ + L"\\Implemented Categories\\" + com::ToText(com::DriverCategory), L"");
-        }
+        if (isDriverRegister) Write(classKey_ + L"\\Implemented Categories\\" + com::ToText(com::DriverCategory), L"");
         com::Check(CoRegisterClassObject(clsid, static_cast<IClassFactory*>(&factory_), CLSCTX_INPROC_SERVER,
                                          REGCLS_MULTIPLEUSE, &cookie_));
     }
@@ -105,8 +84,7 @@ class RegisteredClass {
     }
 
     Factory factory_;
-    std::wstring progIdKey_;
-    std::wstring classKey_;
+    std::wstring progIdKey_, classKey_;
     DWORD cookie_ = 0;
 };
 
@@ -138,8 +116,7 @@ TEST_F(Host, FindsAndCreatesDrivers) {
         const RegisteredClass drives(DriverId, L"Fakes.clsFake", static_cast<IDriverSetup*>(&driver), false);
         const auto names = Texts(Invoke(host.get(), L"Drivers", DISPATCH_PROPERTYGET, {}));
         EXPECT_EQ(std::count(names.begin(), names.end(), "Fakes"), 1);
-        EXPECT_EQ(com::TextOf(Invoke(host.get(), L"Describe", DISPATCH_METHOD, {std::string("Fakes")})),
-                  "A driver for tests");
+        EXPECT_EQ(Call(host.get(), L"Describe", {Text("Fakes")}), Text("A driver for tests"));
         ComPtr<IDispatch> created;
         com::Check(host->CreateDriver(Bstr("Fakes").get(), created.put()), host.get());
         EXPECT_EQ(created.get(), static_cast<IDispatch*>(&driver));
@@ -152,9 +129,8 @@ TEST_F(Host, PassesTheCreationErrorOfADriver) {
     FakeRegister registration;
     const RegisteredClass registers(RegisterId, L"Fakes.clsRegister", static_cast<IRegister*>(&registration), true);
     const RegisteredClass drives(DriverId, L"Fakes.clsFake", nullptr, false);
-    EXPECT_EQ(Raised([&] { Invoke(host.get(), L"CreateDriver", DISPATCH_METHOD, {std::string("Fakes")}); }),
-              "380|modParameterUtilities.GetDisplayValue|Invalid Property Value (intIndex = 0)");
-    EXPECT_EQ(Raised([&] { Invoke(host.get(), L"CreateDriver", DISPATCH_METHOD, {std::string("None")}); }),
+    EXPECT_EQ(Raised([&] { Call(host.get(), L"CreateDriver", {Text("Fakes")}); }), "380|source|text");
+    EXPECT_EQ(Raised([&] { Call(host.get(), L"CreateDriver", {Text("None")}); }),
               "429||Component can't create object: \"None.clsRegister\"");
 }
 
@@ -164,11 +140,11 @@ TEST_F(Host, ReachesADriversSetup) {
     driver.Settings = settings.get();
     {
         ComPtr<ISetup> setup;
-        com::Check(host->Setup(&driver, setup.put()), host.get());
-        Invoke(setup.get(), L"Name", DISPATCH_PROPERTYPUT, {std::string("TARN1")});
-        EXPECT_EQ(com::TextOf(Invoke(setup.get(), L"Name", DISPATCH_PROPERTYGET, {})), "TARN1");
-        EXPECT_EQ(com::FromVariant(Invoke(setup.get(), L"OnLine", DISPATCH_PROPERTYGET, {})), platform::Value(true));
         ComPtr<INode> found;
+        com::Check(host->Setup(&driver, setup.put()), host.get());
+        Put(setup.get(), L"Name", Text("TARN1"));
+        EXPECT_EQ(Get(setup.get(), L"Name"), Text("TARN1"));
+        EXPECT_EQ(Get(setup.get(), L"OnLine"), platform::Value(true));
         EXPECT_EQ(setup->get_Settings(found.put()), S_OK);
         EXPECT_EQ(found.get(), settings.get());
         EXPECT_EQ(Raised(setup->put_OnLine(VARIANT_TRUE), setup.get()), "2002|clsFake.OnLine|Driver already on-line");

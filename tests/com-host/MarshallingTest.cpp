@@ -38,11 +38,11 @@ TEST(Marshalling, CarriesANodeIntoAnotherApartment) {
     InAnotherApartment<INode>(root.get(), [](INode* node) {
         com::NodeProxy proxy{ComPtr<INode>(node)};
         const auto setting = proxy.AddSetting("Host", 1, 4, "");
-        setting->SetValue(true, true, std::string("127.0.0.1"));
-        EXPECT_EQ(proxy.Item("Host")->GetValue(), Value(std::string("127.0.0.1")));
-        EXPECT_EQ(com::FromVariant(Invoke(node, L"Count", DISPATCH_PROPERTYGET, {})), Value(1));
+        setting->SetValue(true, true, Text("127.0.0.1"));
+        EXPECT_EQ(proxy.Item("Host")->GetValue(), Text("127.0.0.1"));
+        EXPECT_EQ(Get(node, L"Count"), Value(1));
     });
-    EXPECT_EQ(com::NodeProxy(root).Item("Host")->GetValue(), Value(std::string("127.0.0.1")));
+    EXPECT_EQ(com::NodeProxy(root).Item("Host")->GetValue(), Text("127.0.0.1"));
 }
 
 TEST(Marshalling, RefusesToGraftATreeOfAnotherApartment) {

@@ -38,57 +38,47 @@ class Node : public testing::Test {
 }  // namespace
 
 TEST_F(Node, ServesTheFunctionTable) {
+    const auto list = "GPIB=Conduit.clsGPIB, RS232=Conduit.clsComm";
     com::Check(root->AddGroup(Bstr("General").get(), 4, 3, nullptr, nullptr), root.get());
-    const auto setting = Add(root.get(), "Remote Control", "GPIB=Conduit.clsGPIB, RS232=Conduit.clsComm");
+    const auto setting = Add(root.get(), "Remote Control", list);
     com::Check(setting->SetValue(VARIANT_TRUE, VARIANT_TRUE, Arg("RS232")), setting.get());
     com::Check(setting->put_Fixed(VARIANT_TRUE), setting.get());
-    long count = 0;
-    long kind = 0;
-    long style = 0;
+    long count = 0, kind = 0, style = 0;
     VARIANT_BOOL fixed = VARIANT_FALSE;
-    Bstr display;
-    Bstr valueList;
-    root->get_Count(&count);
-    setting->get_Kind(&kind);
-    setting->get_Style(&style);
-    setting->get_Fixed(&fixed);
-    setting->get_DisplayValue(display.put());
-    setting->get_ValueList(valueList.put());
-    EXPECT_EQ(count, 2);
-    EXPECT_EQ(kind, 1);
-    EXPECT_EQ(style, 2);
+    Bstr display, valueList;
+    for (const HRESULT result :
+         {root->get_Count(&count), setting->get_Kind(&kind), setting->get_Style(&style), setting->get_Fixed(&fixed),
+          setting->get_DisplayValue(display.put()), setting->get_ValueList(valueList.put())}) {
+        EXPECT_EQ(result, S_OK);
+    }
+    EXPECT_EQ((std::vector{count, kind, style}), (std::vector{2L, 1L, 2L}));
     EXPECT_EQ(fixed, VARIANT_TRUE);
     EXPECT_EQ(display.Utf8(), "RS232");
-    EXPECT_EQ(valueList.Utf8(), "GPIB=Conduit.clsGPIB, RS232=Conduit.clsComm");
-    EXPECT_EQ(ValueOf(setting.get()), Value(std::string("Conduit.clsComm")));
+    EXPECT_EQ(valueList.Utf8(), list);
+    EXPECT_EQ(ValueOf(setting.get()), Text("Conduit.clsComm"));
 }
 
 TEST_F(Node, ServesScripts) {
-    Invoke(root.get(), L"AddSetting", DISPATCH_METHOD, {std::string("Port"), 1, 4, std::string(), std::string()});
-    const auto found = Invoke(root.get(), L"Item", DISPATCH_METHOD | DISPATCH_PROPERTYGET, {std::string("Port")});
+    Invoke(root.get(), L"AddSetting", DISPATCH_METHOD, {Text("Port"), 1, 4, Text(""), Text("")});
+    const auto found = Invoke(root.get(), L"Item", DISPATCH_METHOD | DISPATCH_PROPERTYGET, {Text("Port")});
     ASSERT_EQ(V_VT(&found), VT_DISPATCH);
-    Invoke(V_DISPATCH(&found), L"Value", DISPATCH_PROPERTYPUT, {5025});
-    EXPECT_EQ(com::FromVariant(Invoke(V_DISPATCH(&found), L"value", DISPATCH_PROPERTYGET, {})), Value(5025));
-    EXPECT_EQ(Raised([&] { Invoke(root.get(), L"Item", DISPATCH_PROPERTYGET, {std::string("Hast")}); }),
+    Put(V_DISPATCH(&found), L"Value", 5025);
+    EXPECT_EQ(Get(V_DISPATCH(&found), L"value"), Value(5025));
+    EXPECT_EQ(Raised([&] { Get(root.get(), L"Item", {Text("Hast")}); }),
               "9|Seamcfg.clsNode|There is no setting \"Hast\" below the root, which has \"Port\"");
-    EXPECT_EQ(Raised([&] { Invoke(root.get(), L"Item", DISPATCH_PROPERTYGET, {2}); }),
+    EXPECT_EQ(Raised([&] { Get(root.get(), L"Item", {2}); }),
               "9|Seamcfg.clsNode|There is no setting number 2, there are 1");
 }
 
-TEST_F(Node, IsFoundByNamePathAndNumber) {
+TEST_F(Node, IsFoundByNamePathAndNumberAndHasOneIdentity) {
     const auto group = Add(root.get(), "RS232");
     const auto setting = Add(group.get(), "Baud Rate");
-    for (const auto& name : {Value(std::string("RS232")), Value(1), Value(1.0)}) {
+    for (const auto& name : {Text("RS232"), Value(1), Value(1.0)}) {
         EXPECT_EQ(Item(root.get(), name).get(), group.get());
+        EXPECT_EQ(Item(root.get(), name).As<IUnknown>().get(), group.As<IUnknown>().get());
     }
     EXPECT_EQ(Item(root.get(), "RS232.Baud Rate").get(), setting.get());
-}
-
-TEST_F(Node, HasOneIdentity) {
-    const auto first = Add(root.get(), "Host");
-    const auto second = Item(root.get(), "Host");
-    EXPECT_EQ(first.As<IUnknown>().get(), second.As<IUnknown>().get());
-    EXPECT_NE(first.As<IUnknown>().get(), root.As<IUnknown>().get());
+    EXPECT_NE(group.As<IUnknown>().get(), root.As<IUnknown>().get());
 }
 
 TEST_F(Node, StaysTheSameTreeWhenGrafted) {
@@ -109,7 +99,7 @@ TEST_F(Node, LivesAsLongAsItsParentOrAClientHoldsIt) {
     child = Item(parent.get(), "Host");
     parent = {};
     EXPECT_EQ(Name(child.get()), "Host");
-    EXPECT_EQ(ValueOf(child.get()), Value(std::string("127.0.0.1")));
+    EXPECT_EQ(ValueOf(child.get()), Text("127.0.0.1"));
 }
 
 TEST_F(Node, RefusesWhatCannotBelongToItsTree) {

@@ -36,23 +36,15 @@ class Module {
 struct {
     const CLSID& clsid;
     const IID& defaultInterface;
-} const classes[] = {
-    {CLSID_clsApplication, IID_IApplication},
-    {CLSID_clsMessageLog, IID_IMessageLog},
-    {CLSID_clsErrorService, IID_IErrorService},
-    {CLSID_clsHost, IID_IHost},
-    {CLSID_clsNode, IID_INode},
-    {CLSID_clsGPIB, IID_ITextLink},
-    {CLSID_clsComm, IID_ITextLink},
-    {CLSID_clsEthernet, IID_ITextLink},
-    {CLSID_clsGUI, IID_ITextLink},
-};
-
-ComPtr<IDispatch> Created(const CLSID& clsid) {
-    ComPtr<IDispatch> object;
-    EXPECT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.putVoid()), S_OK);
-    return object;
-}
+} const classes[] = {{CLSID_clsApplication, IID_IApplication},
+                     {CLSID_clsMessageLog, IID_IMessageLog},
+                     {CLSID_clsErrorService, IID_IErrorService},
+                     {CLSID_clsHost, IID_IHost},
+                     {CLSID_clsNode, IID_INode},
+                     {CLSID_clsGPIB, IID_ITextLink},
+                     {CLSID_clsComm, IID_ITextLink},
+                     {CLSID_clsEthernet, IID_ITextLink},
+                     {CLSID_clsGUI, IID_ITextLink}};
 
 GUID GuidOf(ITypeInfo* description) {
     TYPEATTR* attributes = nullptr;
@@ -97,9 +89,7 @@ TEST(Server, CountsNodesAndEnumerators) {
 }
 
 TEST(Server, LeavesNothingBehind) {
-    const Module nodes(CLSID_clsNode);
-    const Module transports(CLSID_clsEthernet);
-    const Module services(CLSID_clsApplication);
+    const Module nodes(CLSID_clsNode), transports(CLSID_clsEthernet), services(CLSID_clsApplication);
     for (int round = 0; round < 1000; ++round) {
         com::NodeProxy root(com::CreateByProgId<INode>("Seamcfg.clsNode"));
         com::TransportProxy transport(com::CreateByProgId<ITextLink>("Conduit.clsEthernet"));
@@ -108,9 +98,7 @@ TEST(Server, LeavesNothingBehind) {
         settings->Children();
         EXPECT_THROW(root.Item("none"), platform::AutomationError);
     }
-    EXPECT_EQ(nodes.CanUnloadNow(), S_OK);
-    EXPECT_EQ(transports.CanUnloadNow(), S_OK);
-    EXPECT_EQ(services.CanUnloadNow(), S_OK);
+    for (const auto* module : {&nodes, &transports, &services}) EXPECT_EQ(module->CanUnloadNow(), S_OK);
 }
 
 TEST(Server, RefusesAggregationAndUnknownClasses) {
@@ -130,8 +118,9 @@ TEST(Server, RefusesAggregationAndUnknownClasses) {
 
 TEST(Server, DescribesItsObjects) {
     for (const auto& entry : classes) {
-        const auto object = Created(entry.clsid);
+        ComPtr<IDispatch> object;
         ComPtr<ITypeInfo> description;
+        com::Check(CoCreateInstance(entry.clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.putVoid()));
         ASSERT_EQ(object.As<IProvideClassInfo>()->GetClassInfo(description.put()), S_OK);
         EXPECT_EQ(GuidOf(description.get()), entry.clsid);
         ASSERT_EQ(object->GetTypeInfo(0, LOCALE_INVARIANT, description.put()), S_OK);

@@ -22,6 +22,15 @@ class Delays : public testing::Test {
     const ComPtr<IApplication> application = CreateByProgId<IApplication>("Seamlib.clsApplication");
 };
 
+/// Runs a function on a thread of its own, in an apartment of that model.
+std::thread OnThread(DWORD model, std::function<void()> function) {
+    return std::thread([=] {
+        EXPECT_GE(CoInitializeEx(nullptr, model), S_OK);
+        function();
+        CoUninitialize();
+    });
+}
+
 class MessageWindow {
   public:
     explicit MessageWindow(std::function<void()> onMessage) : onMessage_(std::move(onMessage)) {
@@ -53,11 +62,7 @@ TEST(Services, AreOneForEveryApartment) {
     for (const auto progId : {"Seamlib.clsApplication", "Seamlib.clsMessageLog", "Seamlib.clsErrorService"}) {
         const auto here = CreateByProgId<IUnknown>(progId);
         for (const auto model : {COINIT_APARTMENTTHREADED, COINIT_MULTITHREADED}) {
-            std::thread([&] {
-                ASSERT_GE(CoInitializeEx(nullptr, model), S_OK);
-                EXPECT_EQ(CreateByProgId<IUnknown>(progId).get(), here.get()) << progId;
-                CoUninitialize();
-            }).join();
+            OnThread(model, [&] { EXPECT_EQ(CreateByProgId<IUnknown>(progId).get(), here.get()) << progId; }).join();
         }
     }
 }
@@ -66,13 +71,10 @@ TEST(Services, NeedNoMarshalling) {
     const auto here = CreateByProgId<IApplication>("Seamlib.clsApplication");
     IStream* stream = nullptr;
     ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(IID_IApplication, here.get(), &stream), S_OK);
-    std::thread([&] {
-        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    OnThread(COINIT_APARTMENTTHREADED, [&] {
         ComPtr<IApplication> there;
         EXPECT_EQ(CoGetInterfaceAndReleaseStream(stream, IID_IApplication, there.putVoid()), S_OK);
         EXPECT_EQ(there.get(), here.get());
-        there = {};
-        CoUninitialize();
     }).join();
 }
 
@@ -92,10 +94,8 @@ TEST_F(Delays, EndWhenAMessageHandlerAsksToStop) {
 }
 
 TEST_F(Delays, EndWhenAnotherThreadAsksToStop) {
-    std::thread other([&] {
-        CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    auto other = OnThread(COINIT_MULTITHREADED, [] {
         CreateByProgId<IApplication>("Seamlib.clsApplication")->put_AbortRequested(VARIANT_TRUE);
-        CoUninitialize();
     });
     EXPECT_EQ(application->Delay(Forever), S_OK);
     other.join();
@@ -124,49 +124,39 @@ TEST(MessageLog, KeepsEntriesForScripts) {
     const auto log = CreateByProgId<IMessageLog>("Seamlib.clsMessageLog");
     ASSERT_EQ(log->Clear(), S_OK);
     EXPECT_EQ(log->Log(6, Bstr("TARN").get(), Bstr("RF?").get(), com::MissingArgument()), S_OK);
-    Invoke(log.get(), L"Log", DISPATCH_METHOD, {5, std::string("TARN"), std::string("RF?"), 1.5});
-    EXPECT_EQ(com::FromVariant(Invoke(log.get(), L"Count", DISPATCH_PROPERTYGET, {})), Value(2));
-    EXPECT_EQ(com::TextOf(Invoke(log.get(), L"Entry", DISPATCH_PROPERTYGET, {1})), "6\tTARN\tRF?\t");
-    EXPECT_EQ(com::TextOf(Invoke(log.get(), L"Entry", DISPATCH_PROPERTYGET, {2})), "5\tTARN\tRF?\t1.5");
-    EXPECT_EQ(Raised([&] { Invoke(log.get(), L"Entry", DISPATCH_PROPERTYGET, {3}); }),
+    Call(log.get(), L"Log", {5, Text("TARN"), Text("RF?"), 1.5});
+    EXPECT_EQ(Get(log.get(), L"Count"), Value(2));
+    EXPECT_EQ(Get(log.get(), L"Entry", {1}), Text("6\tTARN\tRF?\t"));
+    EXPECT_EQ(Get(log.get(), L"Entry", {2}), Text("5\tTARN\tRF?\t1.5"));
+    EXPECT_EQ(Raised([&] { Get(log.get(), L"Entry", {3}); }),
               "9|Seamlib.clsMessageLog|There is no entry 3 in the message log, it has 2");
     log->Clear();
 }
 
 TEST(ErrorService, RaisesExactlyWhatItIsGiven) {
     const auto service = CreateByProgId<IErrorService>("Seamlib.clsErrorService");
-    struct {
-        std::int32_t number;
-        std::uint32_t result;
-    } const cases[] = {
-        {2002, 0x800A07D2U},
-        {380, 0x800A017CU},
-        {40006, 0x800A9C46U},
-        {static_cast<std::int32_t>(0x800407D4U), 0x800407D4U},
+    const VARIANT missing = com::MissingArgument();
+    const auto raise = [&](std::int32_t number, const char* source, const char* text) {
+        return service->RaiseDriverError(number, Bstr(source).get(), Bstr(text).get(), missing, missing);
     };
+    const std::pair<std::int32_t, std::uint32_t> cases[] = {
+        {2002, 0x800A07D2U}, {380, 0x800A017CU}, {40006, 0x800A9C46U}, {platform::ObjectError(2004), 0x800407D4U}};
     for (const auto& [number, result] : cases) {
-        EXPECT_EQ(static_cast<std::uint32_t>(service->RaiseDriverError(number, Bstr("a.b ").get(),
-                                                                       Bstr("Get  x failed").get(),
-                                                                       com::MissingArgument(), com::MissingArgument())),
-                  result);
+        EXPECT_EQ(static_cast<std::uint32_t>(raise(number, "a.b ", "Get  x failed")), result);
         EXPECT_EQ(Raised(static_cast<HRESULT>(result), service.get()), std::to_string(number) + "|a.b |Get  x failed");
     }
-    EXPECT_EQ(Raised(service->RaiseDriverError(0, nullptr, nullptr, com::MissingArgument(), com::MissingArgument()),
-                     service.get()),
+    EXPECT_EQ(Raised(service->RaiseDriverError(0, nullptr, nullptr, missing, missing), service.get()),
               "5|Seamlib.clsErrorService|0 is no error number");
 }
 
 TEST(ErrorService, RaisesWithHelpForScripts) {
     const auto service = CreateByProgId<IErrorService>("Seamlib.clsErrorService");
     try {
-        Invoke(service.get(), L"RaiseDriverError", DISPATCH_METHOD,
-               {2003, std::string("source"), std::string("text"), std::string("tarn.hlp"), 77});
+        Call(service.get(), L"RaiseDriverError", {2003, Text("source"), Text("text"), Text("tarn.hlp"), 77});
         FAIL() << "nothing raised";
     } catch (const platform::AutomationError& error) {
         EXPECT_EQ(error.Number, 2003);
-        EXPECT_EQ(error.Source, "source");
-        EXPECT_EQ(error.Description, "text");
-        EXPECT_EQ(error.HelpFile, "tarn.hlp");
+        EXPECT_EQ(error.Source + '|' + error.Description + '|' + error.HelpFile, "source|text|tarn.hlp");
         EXPECT_EQ(error.HelpContext, 77);
     }
 }
@@ -180,7 +170,7 @@ TEST(ErrorService, ReportsToTheMessageLog) {
         service.SetErrorReporting(reporting);
         EXPECT_EQ(service.ErrorReporting(), reporting);
         EXPECT_EQ(Raised([&] { service.RaiseDriverError({2002, "s", "d"}); }), "2002|s|d");
-        EXPECT_EQ(com::FromVariant(Invoke(log.get(), L"Count", DISPATCH_PROPERTYGET, {})), Value(1));
+        EXPECT_EQ(Get(log.get(), L"Count"), Value(1));
     }
     service.SetErrorReporting(true);
     log->Clear();

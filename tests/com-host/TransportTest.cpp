@@ -9,10 +9,7 @@ namespace {
 /// Notes what arrives and answers every query with "---".
 class FakeLink : public Fake<ITextLink> {
   public:
-    STDMETHODIMP get_Timeout(float* seconds) override {
-        *seconds = 5.0F;
-        return S_OK;
-    }
+    STDMETHODIMP get_Timeout(float* seconds) override { return Give(seconds, 5.0F); }
     STDMETHODIMP put_Timeout(float) override {
         return com::Border(IID_ITextLink, [] {
             throw platform::AutomationError(platform::ObjectError(platform::ReceiveTimedOut), "clsLink", "Timed out");
@@ -20,16 +17,12 @@ class FakeLink : public Fake<ITextLink> {
     }
     STDMETHODIMP SendReceive(BSTR command, VARIANT* response) override {
         Seen = com::Utf8(command) + (com::ParameterNotFound(*response) ? " without" : " with") + " response";
-        if (!com::ParameterNotFound(*response)) *response = com::ToVariant(Value(std::string("---")));
+        if (!com::ParameterNotFound(*response)) *response = com::ToVariant(Text("---"));
         return S_OK;
     }
-    STDMETHODIMP WriteString(BSTR command) override {
-        Seen = com::Utf8(command);
-        return S_OK;
-    }
+    STDMETHODIMP WriteString(BSTR command) override { return Give(&Seen, com::Utf8(command)); }
     STDMETHODIMP ReadString(VARIANT command, BSTR* answer) override {
-        *answer = com::ToBstr(com::OptionalText(command).value_or("no command"));
-        return S_OK;
+        return Give(answer, com::ToBstr(com::OptionalText(command).value_or("no command")));
     }
 
     std::string Seen;
@@ -62,11 +55,10 @@ TEST(Framework, CreatesTransportsByProgId) {
     const auto framework = com::ComFramework();
     EXPECT_EQ(Raised([&] { framework->CreateTransport("Conduit.clsNone"); }),
               "429||Component can't create object: \"Conduit.clsNone\"");
-    struct {
-        const char* progId;
-        const char* subtree;
+    const struct {
+        const char *progId, *subtree;
         std::vector<std::string> settings;
-    } const cases[] = {
+    } cases[] = {
         {"Conduit.clsGPIB", "GPIB", {"Board", "Primary Address", "Secondary Address"}},
         {"Conduit.clsComm", "RS232", {"Comm Port", "Baud Rate", "Data Bits", "Parity", "Stop Bits", "Handshaking"}},
         {"Conduit.clsEthernet", "TCP/IP", {"Host", "Port"}},

@@ -1,0 +1,204 @@
+#!/usr/bin/env bash
+# Registers, installs and removes the components of both bitnesses in a Wine prefix of its own, and compares the
+# registry before and after. Everything is done once, with both bitnesses.
+# usage: install.sh 64|32
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
+. "$root/tools/wine.sh"
+
+if [ "$1" != 64 ]; then
+    say "0 passed, 0 failed"
+    exit
+fi
+
+work="$(mktemp -d "$build/install.XXXXXX")"
+trap 'stop_simulator; rm -rf "$work"' EXIT
+"$root/package"
+export WINEPREFIX="$build/wine-install"
+
+passed=0
+failed=0
+
+# check <name> <command>...
+check() {
+    local name="$1"
+    shift
+    if "$@" >"$work/output" 2>&1 </dev/null; then
+        passed=$((passed + 1))
+    else
+        failed=$((failed + 1))
+        say "FAILED: $name"
+        head -n 20 "$work/output"
+    fi
+}
+unless() { ! "$@"; }
+
+# prints <text> <command>...: the command's output holds the text.
+prints() {
+    local text="$1"
+    shift
+    "$@" | tr -d '\r' | tee "$work/printed"
+    grep -qF -- "$text" "$work/printed"
+}
+
+# sections <expression>: an exported registry without the keys whose name matches.
+sections() { perl -00 -ne 'BEGIN { $no = shift } print unless /^\[[^\n]*$no/' "$1"; }
+
+# export_key <key>: the key and everything below it, in both bitnesses, as text; without the installer's own books.
+export_key() {
+    rm -f "$work/export.reg"
+    wine_run reg export "$1" "$(windows_path "$work/export.reg")" /y >/dev/null 2>&1 || return 0
+    iconv -f UTF-16 -t UTF-8 "$work/export.reg" | tr -d '\r' |
+        sections '\\Installer[]\\]'
+}
+classes() { export_key 'HKLM\Software\Classes'; }
+own_files() { find "$WINEPREFIX/drive_c" -ipath '*xtarn4x*' -o -ipath '*seamlib*'; }
+
+# regsvr <bitness> [<option>...]: with all four components.
+regsvr() {
+    local bitness="$1" files=()
+    shift
+    mapfile -t files < <(server_files "$bitness" | while read -r file; do windows_path "$file"; echo; done)
+    wine_tool "$bitness" regsvr32 /s "$@" "${files[@]}"
+}
+
+has_32() { [[ " $(bitnesses | tr '\n' ' ') " == *" 32 "* ]]; }
+
+ensure_prefix
+if classes | grep -qiE 'seamlib|xtarn4x'; then
+    say "An earlier run has left something registered: making the prefix anew."
+    make_prefix
+fi
+wineserver -p60 >/dev/null 2>&1 </dev/null || true
+start_simulator --seed 1
+address=(/host:127.0.0.1 "/port:$simulator_port")
+# A script host writes to the registry when it runs for the first time.
+for bitness in $(bitnesses); do
+    check "diagnosis with nothing registered" unless \
+        prints "All is well" script_host "$bitness" "$root/examples/diagnose.vbs" "${address[@]}"
+    check "what it says" grep -q "^FAILED  Conduit.clsEthernet is not registered." "$work/printed"
+done
+classes >"$work/clean"
+
+say "Registering both bitnesses in every order"
+# Every state is reached in every way, and looks the same each time.
+state=""
+cp "$work/clean" "$work/state-"
+walk=(64 /u64)
+! has_32 || walk=(64 32 /u64 64 /u32 /u64 32 /u32)
+for move in "${walk[@]}"; do
+    bitness="${move#/u}"
+    if [ "$move" = "$bitness" ]; then
+        check "registering $move" regsvr "$bitness"
+        # shellcheck disable=SC2086
+        state="$(printf '%s\n' $state "$bitness" | sort | tr '\n' ' ')"
+    else
+        check "unregistering $bitness" regsvr "$bitness" /u
+        state="$(printf '%s\n' $state | grep -v "$bitness" | tr '\n' ' ' || true)"
+    fi
+    classes >"$work/classes"
+    if [ -f "$work/state-$state" ]; then
+        check "the registry after $move, with ${state:-nothing} registered" diff "$work/state-$state" "$work/classes"
+    else
+        cp "$work/classes" "$work/state-$state"
+        for created in $state; do
+            check "diagnosis in $created bits, with $state registered" \
+                prints "All is well" script_host "$created" "$root/examples/diagnose.vbs" "${address[@]}"
+        done
+    fi
+done
+check "unregistering twice" regsvr 64 /u
+
+say "Another file"
+mkdir "$work/other"
+cp "$build/windows-x64/bin/Seamlib.dll" "$work/other/"
+other="$(windows_path "$work/other/Seamlib.dll")"
+regsvr 64
+classes >"$work/own"
+check "regsvr32 refuses" unless wine_tool 64 regsvr32 /s "$other"
+classes >"$work/classes"
+check "a refusal changes nothing" diff "$work/own" "$work/classes"
+check "regsvr32 /i:force" wine_tool 64 regsvr32 /s /i:force "$other"
+check "the other file has taken over" prints "${other//\\/\\\\}" export_key 'HKLM\Software\Classes\CLSID'
+check "unregistering what the other file has taken over" regsvr 64 /u
+check "the other file is left alone" prints "$other" script_host 64 "$root/examples/diagnose.vbs"
+check "unregistering the other file" wine_tool 64 regsvr32 /s /u "$other"
+classes >"$work/classes"
+check "the registry after the other file" diff "$work/clean" "$work/classes"
+
+say "One user"
+export_key 'HKCU\Software\Classes' >"$work/user"
+check "registering for one user" regsvr 64 /n /i:user
+check "the user's classes" prints 'XTarn4x.clsTarn4x\CLSID]' export_key 'HKCU\Software\Classes'
+classes >"$work/classes"
+check "the machine's classes" diff "$work/clean" "$work/classes"
+say "known limit of Wine: it looks for classes among those of the machine only, so nothing is created for one user here"
+check "unregistering for one user" regsvr 64 /u /n /i:user
+export_key 'HKCU\Software\Classes' >"$work/classes"
+check "the user's classes afterwards" unless grep -iE 'seam|xtarn4x|conduit' "$work/classes"
+
+say "The installer"
+msi="$(windows_path "$(echo "$root"/dist/*.msi)")"
+export_key 'HKLM\Software' >"$work/software"
+check "installing" wine_run msiexec /i "$msi" /qn
+for bitness in $(bitnesses); do
+    check "diagnosis in $bitness bits, installed" \
+        prints "All is well" script_host "$bitness" "$root/examples/diagnose.vbs" "${address[@]}"
+    check "measuring in $bitness bits, installed" prints "Crest factor, present" \
+        script_host "$bitness" "$root/examples/first-measurement.vbs" "${address[@]}" /simulated
+done
+check "a receiver that does not answer" prints "port 1 does not answer: No connection to 127.0.0.1:1: " \
+    script_host 64 "$root/examples/diagnose.vbs" /host:127.0.0.1 /port:1
+stop_simulator
+rm -f "$build/serial/com1"
+check "a computer without a serial port" \
+    prints "this PC has no free serial port" script_host 64 "$root/examples/diagnose.vbs"
+start_simulator --seed 1
+# What the installer writes is what regsvr32 writes, with other folders; a key without values gets an empty one.
+say "known limit of Wine: the installer writes keys that both bitnesses share into the 32-bit ones once more"
+normalised() {
+    sections '\\Wow6432Node\\(Component Categories|[A-Za-z0-9]*\.cls)' <"$1" |
+        sed -E 's/"[^"]*\\((XTarn4x|Seamlib|Seamcfg|Conduit)\.dll)"/"\1"/; /^@=""$/d'
+}
+classes >"$work/classes"
+all="$(bitnesses | sort | tr '\n' ' ')"
+check "the installer's rows" diff <(normalised "$work/state-$all") <(normalised "$work/classes")
+check "uninstalling" wine_run msiexec /x "$msi" /qn
+classes >"$work/classes"
+check "the classes afterwards" diff "$work/clean" "$work/classes"
+export_key 'HKLM\Software' >"$work/classes"
+check "everything else afterwards" diff "$work/software" "$work/classes"
+check "the files afterwards" unless grep . <(own_files)
+
+say "The installer beside another product's framework"
+vendor='{01234567-89AB-CDEF-0123-456789ABCDEF}'
+wine_run reg add 'HKCR\Seamlib.clsApplication\CLSID' /ve /d "$vendor" /f >/dev/null
+check "installing beside" wine_run msiexec /i "$msi" /qn
+check "the other product's class" prints "$vendor" export_key 'HKLM\Software\Classes\Seamlib.clsApplication'
+check "no Seamlib.dll" unless grep Seamlib.dll <(own_files)
+check "but XTarn4x.dll" grep XTarn4x.dll <(own_files)
+check "uninstalling beside" wine_run msiexec /x "$msi" /qn
+check "the other product's class afterwards" prints "$vendor" export_key 'HKLM\Software\Classes\Seamlib.clsApplication'
+wine_run reg delete 'HKCR\Seamlib.clsApplication' /f >/dev/null
+
+say "Without registration"
+unzip -q "$root"/dist/*.zip -d "$work"
+for platform in "$work"/XTarn4x/x*; do
+    check "measuring through the manifests of $(basename "$platform")" \
+        prints "MER (rms)" wine_run "$platform/measure.exe" 127.0.0.1 "$simulator_port"
+done
+classes >"$work/classes"
+check "the registry is as it was" diff "$work/clean" "$work/classes"
+
+say "The files"
+check "only the class that finds the driver is in a category" \
+    diff <(grep -ho '^CLSID.*Implemented Categories' "$build"/package/*-x64.rows) \
+    <(echo 'CLSID\{742BF208-CE07-487F-AC25-07BFFD5B6A3D}\Implemented Categories')
+check "checksums" env -C "$root/dist" sha256sum -c SHA256SUMS
+needed() { objdump -p "$work"/XTarn4x/x*/*.dll | sed -nE 's/.*DLL Name: //p' | sort -fu; }
+check "only Windows' own DLLs are needed" \
+    unless grep -viE '^(kernel32|advapi32|ole32|oleaut32|user32|msvcrt|ws2_32)\.dll$' <(needed)
+check "the version resources" unless grep -LP "$(sed 's/./&\\0/g' <<<OLESelfRegister)" "$work"/XTarn4x/x*/*.dll
+
+say "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]
