@@ -118,29 +118,33 @@ std::string TcpLink::Address() const {
 
 std::string TcpLink::Host() const { return Has(*settings_, "Host") ? SettingText(*settings_, "Host") : "127.0.0.1"; }
 
+// Both try first and wait only when nothing can be moved: a wait costs more than the transfer itself.
+
 std::size_t TcpLink::Write(std::span<const std::uint8_t> bytes, Milliseconds time) {
     const auto socket = static_cast<Handle>(socket_);
-    if (!sockets::WaitWritable(socket, time)) return 0;
-    const auto count = send(socket, reinterpret_cast<const char*>(bytes.data()),
-                            static_cast<sockets::Length>(bytes.size()), sockets::SendFlags);
-    if (count >= 0) return static_cast<std::size_t>(count);
-    if (const int error = sockets::LastError(); !sockets::WouldBlock(error)) {
-        throw Failure(error, platform::WriteFailed, "Writing");
+    for (bool waited = false;; waited = true) {
+        const auto count = send(socket, reinterpret_cast<const char*>(bytes.data()),
+                                static_cast<sockets::Length>(bytes.size()), sockets::SendFlags);
+        if (count >= 0) return static_cast<std::size_t>(count);
+        if (const int error = sockets::LastError(); !sockets::WouldBlock(error)) {
+            throw Failure(error, platform::WriteFailed, "Writing");
+        }
+        if (waited || time.count() == 0 || !sockets::WaitWritable(socket, time)) return 0;
     }
-    return 0;
 }
 
 std::size_t TcpLink::Read(std::span<std::uint8_t> bytes, Milliseconds time) {
     const auto socket = static_cast<Handle>(socket_);
-    if (!sockets::WaitReadable(socket, time)) return 0;
-    const auto count =
-        recv(socket, reinterpret_cast<char*>(bytes.data()), static_cast<sockets::Length>(bytes.size()), 0);
-    if (count > 0) return static_cast<std::size_t>(count);
-    if (count == 0) throw LinkFailure{platform::LinkLost, "The instrument closed the connection"};
-    if (const int error = sockets::LastError(); !sockets::WouldBlock(error)) {
-        throw Failure(error, platform::ReadFailed, "Reading");
+    for (bool waited = false;; waited = true) {
+        const auto count =
+            recv(socket, reinterpret_cast<char*>(bytes.data()), static_cast<sockets::Length>(bytes.size()), 0);
+        if (count > 0) return static_cast<std::size_t>(count);
+        if (count == 0) throw LinkFailure{platform::LinkLost, "The instrument closed the connection"};
+        if (const int error = sockets::LastError(); !sockets::WouldBlock(error)) {
+            throw Failure(error, platform::ReadFailed, "Reading");
+        }
+        if (waited || time.count() == 0 || !sockets::WaitReadable(socket, time)) return 0;
     }
-    return 0;
 }
 
 }  // namespace host

@@ -35,6 +35,7 @@ TEST(SendCommand, RepeatsWhatIsNotReadyOrTransientAndRaisesOtherErrors) {
     } cases[] = {
         {"11 x " + Level + " = --- (wait)", "0", 10, 11},  // then takes what came
         {"2 x " + Level + " = ---", "0", 1, 2, 2},
+        {Level + " = 12 ---" + again + " = 7", "7", 1, 2},  // wherever it stands in the answer
         {Level + " ! 2013 busy" + again + " = 7", "7", 1, 2},
         {Level + " ! 2015 lost" + again + " = 7", "7", 1, 2},
         {Level + " ! 13 Type mismatch" + again + " = 7", "7", 1, 2},

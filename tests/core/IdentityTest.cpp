@@ -42,6 +42,7 @@ TEST(InstalledHardware, ComesFromTheMaskAndTheBoards) {
         {"33", "0x83 none", "TARN-B1,TARN-B3"},
         {"0", "0x84", ""},
         {"65536", "0x83", "EXTMEM"},
+        {"8388608", "0x83", ""},
         {"8323072", "0x83", "EXTMEM"},
         {"32 (mask)", "0x83 6.0 8.0;0x84 7.0", "TARN-B13,TARN-B11,TARN-B1"},
         {"0", "0x82 6.0;0x84 7.0;0x85 8.0", "TARN-B12"},

@@ -23,6 +23,7 @@ TEST(ScreenShot, CapturesAndTransfers) {
     CHECK(bench, "", Read(TarnScreenShotModes(0)), true);
     CHECK(bench, "READ:SCREEN:BUFFER? = 0", Read(tarnCapture), true);
     CHECK(bench, "READ:SCREEN:BUFFER? = 1", Read(CaptureAndTransfer), false);
+    CHECK(bench, "READ:SCREEN:BUFFER? = 00", Read(CaptureAndTransfer), false);
     EXPECT_EQ(bench.Bytes(), "-");
     CHECK(bench, "READ:SCREEN:BUFFER? = \"0\"", Read(CaptureAndTransfer), true);
     EXPECT_EQ(bench.Bytes(), "\n#\n\n\0"s);
