@@ -29,15 +29,6 @@ std::int16_t BlockLength(std::span<const std::uint8_t> digits, std::size_t count
     return static_cast<std::int16_t>(length);
 }
 
-template <class Step>
-void IgnoringErrors(Step&& step) {
-    try {
-        step();
-    } catch (const platform::AutomationError&) {
-        return;
-    }
-}
-
 }  // namespace
 
 bool clsTarn4x::get_ScreenShot(TarnScreenShotModes udtMode, std::vector<std::uint8_t>& bytBuffer) {

@@ -14,6 +14,16 @@ namespace tarn4x {
     throw error;  // the service returned
 }
 
+/// Runs a step whose failure must not stop what follows.
+template <class Step>
+void IgnoringErrors(Step&& step) {
+    try {
+        step();
+    } catch (const platform::AutomationError&) {  // by intent
+        return;
+    }
+}
+
 // What fails inside reaches the caller as "<verb> <member> failed", with the instrument's own error text behind it when
 // the transport says that the instrument refused. 40006 passes through. Checks of arguments and preconditions stand
 // outside, so that they reach the caller as they are raised.

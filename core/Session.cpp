@@ -9,15 +9,6 @@ constexpr float StateChangePause = 1.0F;   // seconds
 constexpr std::int16_t OnLineRetryLimit = 10;
 constexpr std::int32_t AlreadyOnLine = 2002, AlreadyOffLine = 2003;
 
-template <class Step>
-void IgnoringErrors(Step&& step) {
-    try {
-        step();
-    } catch (const platform::AutomationError&) {  // the change of state goes on
-        return;
-    }
-}
-
 /// Hands the driver's settings of a transport to the transport itself.
 void CopySettings(platform::SettingsNode& from, platform::SettingsNode& to) {
     for (const auto& setting : to.Children()) {
