@@ -1,5 +1,6 @@
 #include "host/InstrumentTransport.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -22,7 +23,12 @@ std::string Quoted(std::string_view bytes) {
     return text;
 }
 
+bool IsAscii(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 std::string ToUtf8(std::string_view latin1) {
+    if (IsAscii(latin1)) return std::string(latin1);
     std::string text;
     text.reserve(latin1.size());
     for (const char c : latin1) {
@@ -39,7 +45,11 @@ std::string ToUtf8(std::string_view latin1) {
 /// Raises 5 for what the wire cannot carry: U+0080 to U+00FF are the lead bytes C2 and C3 with one byte behind.
 std::string ToLatin1(std::string_view utf8, const std::string& source) {
     std::string bytes;
-    bytes.reserve(utf8.size());
+    bytes.reserve(utf8.size() + 1);  // a line end follows
+    if (IsAscii(utf8)) {
+        bytes = utf8;
+        return bytes;
+    }
     for (std::size_t i = 0; i < utf8.size(); ++i) {
         const auto lead = static_cast<unsigned char>(utf8[i]);
         if (lead < 0x80) {
@@ -111,7 +121,8 @@ std::vector<std::uint8_t> InstrumentTransport::ReadBlock(std::int16_t count, std
     }
     const auto line = command ? ToLatin1(*command, source_) + '\n' : std::string();
     std::vector<std::uint8_t> block;
-    Run(Begin(std::to_string(count) + " bytes"), [&](Operation& operation) {
+    const auto expected = std::to_string(count) + " bytes";
+    Run(Begin(expected), [&](Operation& operation) {
         if (command) {
             Send(operation, line);
         } else {
@@ -152,8 +163,8 @@ void InstrumentTransport::Connect(bool connect) {
     });
 }
 
-InstrumentTransport::Operation InstrumentTransport::Begin(std::string expected) const {
-    return {std::move(expected), Patience(timeout_, services_.AbortRequested)};
+InstrumentTransport::Operation InstrumentTransport::Begin(std::string_view expected) const {
+    return {expected, Patience(timeout_, services_.AbortRequested)};
 }
 
 // The only place where links' failures and the user's stop leave an operation.
@@ -182,8 +193,9 @@ template <class Done, class Step>
 void InstrumentTransport::Repeat(Operation& operation, const LinkFailure& timedOut, Done done, Step step) {
     for (bool over = false; !done();) {
         if (over) throw timedOut;
-        over = operation.Time.Over();
-        step(operation.Time.Slice());
+        const auto slice = operation.Time.Slice();
+        over = slice.count() == 0;
+        step(slice);
     }
 }
 
@@ -273,7 +285,7 @@ void InstrumentTransport::RefuseReadOutOfStep() const {
 }
 
 bool InstrumentTransport::ReadSome(Patience::Milliseconds time) {
-    std::array<std::uint8_t, 4096> bytes;
+    std::array<std::uint8_t, 16384> bytes;
     const auto count = link_->Read(bytes, time);
     received_.append(bytes.begin(), bytes.begin() + count);
     return count > 0;
@@ -303,7 +315,7 @@ void InstrumentTransport::Raise(const Operation& operation, const LinkFailure& f
     char waited[32];
     std::snprintf(waited, sizeof waited, "%.3f", operation.Time.Waited());
     Note(failure.Text, link_->Address() + ": sent " + (operation.Sent.empty() ? "nothing" : Quoted(operation.Sent)) +
-                           ", expected " + operation.Expected + ", received " +
+                           ", expected " + std::string(operation.Expected) + ", received " +
                            (received_.empty() ? "nothing" : Quoted(received_)) + ", waited " + waited + " s");
     if (failure.Code != platform::ReceiveTimedOut && failure.Code != platform::InstrumentNotReady) link_->Close();
     throw AutomationError(platform::ObjectError(failure.Code), source_, failure.Text);

@@ -44,14 +44,14 @@ class InstrumentTransport : public platform::Transport {
 
   private:
     struct Operation {
-        std::string Expected;
+        std::string_view Expected;
         Patience Time;
         std::string Sent = {};
     };
 
     template <class Body>
     void Run(Operation operation, Body body);
-    Operation Begin(std::string expected) const;
+    Operation Begin(std::string_view expected) const;
     template <class Done, class Step>
     static void Repeat(Operation& operation, const LinkFailure& timedOut, Done done, Step step);
 

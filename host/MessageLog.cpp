@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
+#include <optional>
 
 #include "host/Escape.h"
 
@@ -32,12 +33,17 @@ using Clock = std::chrono::steady_clock;
 /// When the thread logged its last command; the clock's epoch before the first one.
 thread_local Clock::time_point lastCommand{};
 
-/// Milliseconds from a command to its answer, if this entry is one; notes the moment of a command.
-std::string Duration(std::int16_t kind) {
-    const auto now = Clock::now();
-    if (kind == CommandEntry) lastCommand = now;
+/// The time from a command to its answer, if this entry is one; notes the moment of a command.
+std::optional<Clock::duration> Duration(std::int16_t kind) {
+    if (kind == CommandEntry) lastCommand = Clock::now();
     if (kind != AnswerEntry || lastCommand == Clock::time_point{}) return {};
-    const auto microseconds = std::chrono::floor<std::chrono::microseconds>(now - lastCommand).count();
+    return Clock::now() - lastCommand;
+}
+
+/// In milliseconds.
+std::string Text(std::optional<Clock::duration> duration) {
+    if (!duration) return {};
+    const auto microseconds = std::chrono::floor<std::chrono::microseconds>(*duration).count();
     char text[32];  // in parts: "%f" would follow the process's locale
     std::snprintf(text, sizeof text, "%lld.%03lld", static_cast<long long>(microseconds / 1000),
                   static_cast<long long>(microseconds % 1000));
@@ -53,7 +59,7 @@ void MessageLog::Log(std::int16_t kind, std::string_view source, std::string_vie
     const std::lock_guard lock(mutex_);
     if (entries_.size() == Capacity) entries_.pop_front();
     entries_.push_back(std::move(entry));
-    if (file_.is_open()) WriteLine(duration, kind, source, text, data);
+    if (file_.is_open()) WriteLine(Text(duration), kind, source, text, data);
 }
 
 std::int32_t MessageLog::Count() {

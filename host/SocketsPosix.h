@@ -18,6 +18,9 @@ using Handle = int;
 using Length = std::size_t;
 inline constexpr int SendFlags = MSG_NOSIGNAL;
 
+/// Waiting for an answer costs less than asking for one that has not come yet.
+inline constexpr bool WaitIsCheap = true;
+
 inline void Start() {}
 inline int LastError() { return errno; }
 inline bool WouldBlock(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }

@@ -12,6 +12,9 @@ using Handle = SOCKET;
 using Length = int;
 inline constexpr int SendFlags = 0;
 
+/// Waiting for an answer costs several times what asking for one that has not come yet does.
+inline constexpr bool WaitIsCheap = false;
+
 /// Starts the socket library of the process on the first call; it stays until the process ends.
 inline void Start() {
     static const int started = [] {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 #include "host/LinkSettings.h"
 #ifdef _WIN32
@@ -118,14 +119,17 @@ std::string TcpLink::Address() const {
 
 std::string TcpLink::Host() const { return Has(*settings_, "Host") ? SettingText(*settings_, "Host") : "127.0.0.1"; }
 
-// Both try first and wait only when nothing can be moved: a wait costs more than the transfer itself.
+// Both try first and wait only when nothing can be moved: on most systems a wait costs more than the transfer itself.
 
 std::size_t TcpLink::Write(std::span<const std::uint8_t> bytes, Milliseconds time) {
     const auto socket = static_cast<Handle>(socket_);
     for (bool waited = false;; waited = true) {
         const auto count = send(socket, reinterpret_cast<const char*>(bytes.data()),
                                 static_cast<sockets::Length>(bytes.size()), sockets::SendFlags);
-        if (count >= 0) return static_cast<std::size_t>(count);
+        if (count >= 0) {
+            wroteLast_ = true;
+            return static_cast<std::size_t>(count);
+        }
         if (const int error = sockets::LastError(); !sockets::WouldBlock(error)) {
             throw Failure(error, platform::WriteFailed, "Writing");
         }
@@ -135,7 +139,9 @@ std::size_t TcpLink::Write(std::span<const std::uint8_t> bytes, Milliseconds tim
 
 std::size_t TcpLink::Read(std::span<std::uint8_t> bytes, Milliseconds time) {
     const auto socket = static_cast<Handle>(socket_);
-    for (bool waited = false;; waited = true) {
+    bool waited = sockets::WaitIsCheap && std::exchange(wroteLast_, false) && time.count() > 0;
+    if (waited && !sockets::WaitReadable(socket, time)) return 0;
+    for (;; waited = true) {
         const auto count =
             recv(socket, reinterpret_cast<char*>(bytes.data()), static_cast<sockets::Length>(bytes.size()), 0);
         if (count > 0) return static_cast<std::size_t>(count);

@@ -10,7 +10,7 @@ namespace host {
 /// A TCP connection to "Host" (name, IPv4 or IPv6 address) and "Port", opened within "Connect Timeout" seconds. Looking
 /// up a name takes as long as the system's resolver takes. Out of step it is closed, so that nothing late arrives.
 /// Settings without "Host" mean this PC, and 5 seconds.
-class TcpLink : public ByteLink {
+class TcpLink final : public ByteLink {
   public:
     explicit TcpLink(std::shared_ptr<platform::SettingsNode> settings) : settings_(std::move(settings)) {}
     ~TcpLink() override { Close(); }
@@ -31,6 +31,7 @@ class TcpLink : public ByteLink {
 
     std::shared_ptr<platform::SettingsNode> settings_;
     std::intptr_t socket_ = None;
+    bool wroteLast_ = false;
 };
 
 }  // namespace host

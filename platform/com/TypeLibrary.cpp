@@ -20,14 +20,10 @@ auto WithAttributes(ITypeInfo* description, Use&& use) {
     return result;
 }
 
-// Members have names of ASCII letters.
-std::wstring LowerCase(const wchar_t* text) {
-    std::wstring lower(text);
-    for (wchar_t& c : lower) {
-        if (c >= L'A' && c <= L'Z') c = static_cast<wchar_t>(c - L'A' + L'a');
-    }
-    return lower;
-}
+// The first of those SharedTypeInfos that found their descriptions.
+void* used = nullptr;
+
+wchar_t Lower(wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c; }
 
 ComPtr<ITypeInfo> ImplementedInterface(ITypeInfo* coclass, REFGUID guid) {
     const UINT count = WithAttributes(coclass, [](const TYPEATTR& attributes) { return attributes.cImplTypes; });
@@ -79,21 +75,29 @@ NameTable::NameTable(ITypeInfo* description) : description_(description) {
         Bstr name;
         UINT named = 0;
         Check(description->GetNames(identifier, name.put(), 1, &named));
-        entries_.push_back({LowerCase(name.get()), identifier});
+        identifiers_.emplace(name.get(), identifier);
     }
-    std::ranges::sort(entries_, {}, &Entry::name);
 }
 
 HRESULT NameTable::Find(LPOLESTR* names, UINT count, DISPID* identifiers) const {
     if (count == 1 && names[0]) {
-        const auto wanted = LowerCase(names[0]);
-        const auto found = std::ranges::lower_bound(entries_, wanted, {}, &Entry::name);
-        if (found != entries_.end() && found->name == wanted) {
-            *identifiers = found->identifier;
+        const auto found = identifiers_.find(std::wstring_view(names[0]));
+        if (found != identifiers_.end()) {
+            *identifiers = found->second;
             return S_OK;
         }
     }
     return description_->GetIDsOfNames(names, count, identifiers);
+}
+
+std::size_t NameTable::Hash::operator()(std::wstring_view name) const {
+    std::size_t hash = 0;
+    for (const wchar_t c : name) hash = hash * 31 + Lower(c);
+    return hash;
+}
+
+bool NameTable::Equal::operator()(std::wstring_view one, std::wstring_view other) const {
+    return std::ranges::equal(one, other, {}, Lower, Lower);
 }
 
 HRESULT InvokeMember(ITypeInfo* description, IDispatch* object, DISPID member, WORD flags, DISPPARAMS* arguments,
@@ -108,7 +112,10 @@ ITypeInfo* SharedTypeInfo::Get() {
     if (!known) {
         auto found = FindTypeInfo(*guid_);
         known = InterlockedCompareExchangePointer(&description_, found.get(), nullptr);
-        if (!known) known = found.detach();
+        if (!known) {
+            known = found.detach();
+            Remember();
+        }
     }
     return static_cast<ITypeInfo*>(known);
 }
@@ -121,6 +128,21 @@ const NameTable& SharedTypeInfo::Names() {
         if (!known) known = made.release();
     }
     return *static_cast<const NameTable*>(known);
+}
+
+void SharedTypeInfo::Remember() {
+    void* first = nullptr;
+    do {
+        first = InterlockedCompareExchangePointer(&used, nullptr, nullptr);
+        next_ = static_cast<SharedTypeInfo*>(first);
+    } while (InterlockedCompareExchangePointer(&used, this, first) != first);
+}
+
+void SharedTypeInfo::ReleaseAll() {
+    for (auto each = static_cast<SharedTypeInfo*>(used); each; each = each->next_) {
+        delete static_cast<NameTable*>(each->names_);
+        static_cast<ITypeInfo*>(each->description_)->Release();
+    }
 }
 
 }  // namespace com

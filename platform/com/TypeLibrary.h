@@ -1,7 +1,8 @@
 #pragma once
 
 #include <string>
-#include <vector>
+#include <string_view>
+#include <unordered_map>
 
 #include "platform/com/ComPtr.h"
 
@@ -27,13 +28,18 @@ class NameTable {
     HRESULT Find(LPOLESTR* names, UINT count, DISPID* identifiers) const;
 
   private:
-    struct Entry {
-        std::wstring name;  // in lower case
-        DISPID identifier;
+    // Without regard to letter case; members have names of ASCII letters.
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::wstring_view name) const;
+    };
+    struct Equal {
+        using is_transparent = void;
+        bool operator()(std::wstring_view one, std::wstring_view other) const;
     };
 
     ComPtr<ITypeInfo> description_;
-    std::vector<Entry> entries_;  // in the order of their names
+    std::unordered_map<std::wstring, DISPID, Hash, Equal> identifiers_;
 };
 
 /// A description that is found once in the life of the module, whichever thread asks first.
@@ -44,9 +50,14 @@ class SharedTypeInfo {
     ITypeInfo* Get();
     /// The module's own table. Raises AutomationError.
     const NameTable& Names();
+    /// Lets go of all that the module has found. Only for a module that nobody uses any more.
+    static void ReleaseAll();
 
   private:
+    void Remember();
+
     const GUID* guid_;
+    SharedTypeInfo* next_ = nullptr;
     void* description_ = nullptr;
     void* names_ = nullptr;
 };
