@@ -17,7 +17,11 @@ void clsTarn4x::RequireMode(std::string_view member, const AllowedModes& modes) 
         const bool below = get_MeasureMode() <= modes.To;
         allowed |= above && below;
     }
-    if (!allowed) RaiseFor(member, xtarnBadMeasureMode, "Wrong measurement mode selected");
+    if (!allowed) RaiseWrongMode(member);
+}
+
+void clsTarn4x::RaiseWrongMode(std::string_view member) {
+    RaiseFor(member, xtarnBadMeasureMode, "Wrong measurement mode selected");
 }
 
 void clsTarn4x::RequireManualCodeRate(std::string_view member) {

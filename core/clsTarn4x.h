@@ -259,6 +259,7 @@ class clsTarn4x {
     void ForgetPrefix() { answer.Prefix = "---"; }
     /// Raises xtarnBadMeasureMode with the member's source unless the mode is allowed or the user asked to stop.
     void RequireMode(std::string_view member, const AllowedModes& modes);
+    [[noreturn]] void RaiseWrongMode(std::string_view member);
     /// Raises xtarnBadCodeRateMode unless the code rate mode is manual or the user asked to stop.
     void RequireManualCodeRate(std::string_view member);
     /// What stands before the guard of every read: the forgotten prefix and the preconditions.
@@ -307,7 +308,6 @@ class clsTarn4x {
     double ReadResponse(std::string_view member, const AllowedModes& modes, double ParsedAnswer::*value);
     double ReadEcho(std::string_view member, std::int16_t number, const std::array<std::string, 25>& texts);
     bool CarrierModeSelected();
-    [[noreturn]] void RaiseBadCarrierMode(std::string_view member);
     void RequireCarrier(std::string_view member, std::int16_t value, std::string_view argument = {});
     std::int16_t ReadCarrier(std::string_view member, std::size_t index, std::string_view missing);
     void TellCarriers(const Operation& operation, std::int16_t start, std::int16_t stop);

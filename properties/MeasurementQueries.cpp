@@ -1,11 +1,11 @@
 #include "core/Recipes.h"
+#include "properties/SharedRows.h"
 
 namespace tarn4x {
 
 namespace {
 
 constexpr auto SharedModeSource = "MeasureOfdmAverage";  // four members name it in their mode error
-constexpr AllowedModes Spectrum{.From = tarnSP_1, .To = tarnSP_3};
 
 }  // namespace
 

@@ -1,4 +1,5 @@
 #include "core/Recipes.h"
+#include "properties/SharedRows.h"
 
 namespace tarn4x {
 
@@ -15,11 +16,9 @@ constexpr Token CodeRateModeTokens[] = {{tarnAuto, "AUTO"}, {tarnMan, "MAN"}, {t
 constexpr Token FftTokens[] = {{tarnFftUnknown, "AUTO"}, {tarn2k, "F2K"}, {tarn8k, "F8K"}};
 constexpr Token GuardTokens[] = {
     {tarnGiUnknown, "AUTO"}, {tarn1_4, "GI4"}, {tarn1_8, "GI8"}, {tarn1_16, "GI16"}, {tarn1_32, "GI32"}};
-constexpr Token QamTokens[] = {{tarnQam4, "4"}, {tarnQam16, "16"}, {tarnQam64, "64"}};
 constexpr Token OutputTokens[] = {{tarnHigh, "HI"}, {tarnLow, "LO"}};
 constexpr Token OptimTokens[] = {
     {tarnFastSfn, "FAST"}, {tarnMobile, "MOB"}, {tarnSlowHighNoise, "HI"}, {tarnSlowLab, "SLOW"}};
-constexpr Token SwitchTokens[] = {{tarnOff, "OFF"}, {tarnOff, "0"}, {tarnOn, "ON"}, {tarnOn, "1"}};
 
 constexpr Token MeasuredFftTokens[] = {{tarn2k, "2K"}, {tarn8k, "8K"}};
 constexpr Token MeasuredGuardTokens[] = {{tarn1_4, "1/4"}, {tarn1_8, "1/8"}, {tarn1_16, "1/16"}, {tarn1_32, "1/32"}};

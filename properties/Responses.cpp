@@ -1,10 +1,9 @@
 #include "core/Recipes.h"
+#include "properties/SharedRows.h"
 
 namespace tarn4x {
 
 namespace {
-
-constexpr AllowedModes Spectrum{.From = tarnSP_1, .To = tarnSP_3};
 
 constexpr Token DetectorTokens[] = {{tarnMIN, "MIN"}, {tarnRMS, "RMS"}, {tarnMAX, "MAX"}};
 constexpr Token AverageTokens[] = {{0, "0"}, {0, "OFF"}, {1, "1"}, {1, "ON"}};
@@ -129,7 +128,7 @@ void clsTarn4x::TellCarriers(const Operation& operation, std::int16_t start, std
 
 // The mode error of the stop carrier names the start carrier, read and written.
 std::int16_t clsTarn4x::ReadCarrier(std::string_view member, std::size_t index, std::string_view missing) {
-    if (!CarrierModeSelected() && !AbortRequested()) RaiseBadCarrierMode("MeasureOfdmStartCarrier");
+    if (!CarrierModeSelected() && !AbortRequested()) RaiseWrongMode("MeasureOfdmStartCarrier");
     ForgetPrefix();
     bool reported = true;
     const auto carrier = Guarded(GetOf(member), [&]() -> std::int16_t {
@@ -147,10 +146,6 @@ std::int16_t clsTarn4x::ReadCarrier(std::string_view member, std::size_t index, 
     return carrier;
 }
 
-void clsTarn4x::RaiseBadCarrierMode(std::string_view member) {
-    RaiseFor(member, xtarnBadMeasureMode, "Wrong measurement mode selected");
-}
-
 std::int16_t clsTarn4x::get_MeasureOfdmStartCarrier() {
     return ReadCarrier("MeasureOfdmStartCarrier", 0, "Device did not report a start carrier (");
 }
@@ -163,7 +158,7 @@ void clsTarn4x::put_MeasureOfdmStartCarrier(std::int16_t value) {
     constexpr auto member = "MeasureOfdmStartCarrier";
     if (!CarrierModeSelected()) {
         if (AbortRequested()) return;
-        RaiseBadCarrierMode(member);
+        RaiseWrongMode(member);
     }
     RequireCarrier(member, value);
     const auto stop = get_MeasureOfdmStopCarrier();
@@ -175,7 +170,7 @@ void clsTarn4x::put_MeasureOfdmStopCarrier(std::int16_t value) {
     constexpr auto member = "MeasureOfdmStopCarrier";
     if (!CarrierModeSelected()) {
         if (AbortRequested()) return;
-        RaiseBadCarrierMode("MeasureOfdmStartCarrier");
+        RaiseWrongMode("MeasureOfdmStartCarrier");
     }
     RequireCarrier(member, value);
     const auto start = get_MeasureOfdmStartCarrier();
@@ -185,7 +180,7 @@ void clsTarn4x::put_MeasureOfdmStopCarrier(std::int16_t value) {
 
 void clsTarn4x::MeasureOfdmCarrierRange(std::int16_t intStart, std::int16_t intStop) {
     constexpr auto member = "MeasureOfdmCarrierRange";
-    if (!CarrierModeSelected() && !AbortRequested()) RaiseBadCarrierMode(member);
+    if (!CarrierModeSelected() && !AbortRequested()) RaiseWrongMode(member);
     RequireCarrier(member, intStart, "intStart");
     RequireCarrier(member, intStop, "intStop");
     if (intStart > intStop) {

@@ -1,13 +1,12 @@
 #include "core/Dates.h"
 #include "core/Recipes.h"
+#include "properties/SharedRows.h"
 
 namespace tarn4x {
 
 namespace {
 
-constexpr Token SwitchTokens[] = {{tarnOff, "OFF"}, {tarnOff, "0"}, {tarnOn, "ON"}, {tarnOn, "1"}};
 constexpr Token LoopTokens[] = {{tarnLbsLo, "LO"}, {tarnLbsMed, "MED"}, {tarnLbsHi, "HI"}};
-constexpr Token QamTokens[] = {{tarnQam4, "4"}, {tarnQam16, "16"}, {tarnQam64, "64"}};
 constexpr Token SawTokens[] = {
     {tarnSawOFF, "OFF"}, {tarnSawOFF, "0"}, {tarnSaw6MHz, "MHZ6"}, {tarnSaw7MHz, "MHZ7"}, {tarnSaw8MHz, "MHZ8"}};
 constexpr Token ChannelTokens[] = {{tarnCh6MHz, "MHZ6"}, {tarnCh7MHz, "MHZ7"}, {tarnCh8MHz, "MHZ8"}};
@@ -21,7 +20,6 @@ constexpr auto ChannelFailsAs = "ChannelFilterBW";
 constexpr double LowestCn = 2.0, HighestCn = 56.0;  // dB
 constexpr std::int32_t HighestSymbolCount = 99999;
 
-constexpr AllowedModes Spectrum{.From = tarnSP_1, .To = tarnSP_3};
 constexpr double HzPerStep = 10'000.0;         // the instrument counts in 10 kHz
 constexpr double SpectrumEdge = 4'480'000.0;   // Hz on either side of the centre
 constexpr double NarrowestSpan = 1'340'000.0;  // Hz
