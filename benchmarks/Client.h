@@ -32,10 +32,14 @@ void LogInto(const std::string& fileName);
 /// An apartment for the thread's objects.
 class Apartment {
   public:
-    Apartment();
-    ~Apartment();
+    Apartment() { Enter(); }
+    ~Apartment() { Leave(); }
     Apartment(const Apartment&) = delete;
     Apartment& operator=(const Apartment&) = delete;
+
+  private:
+    static void Enter();
+    static void Leave();
 };
 
 /// Bytes that the process has taken from its heaps.

@@ -74,8 +74,8 @@ void LogInto(const std::string& fileName) {
     Check(Shared<IMessageLog>("Seamlib.clsMessageLog")->put_FileName(Bstr(fileName).get()));
 }
 
-Apartment::Apartment() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
-Apartment::~Apartment() { CoUninitialize(); }
+void Apartment::Enter() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
+void Apartment::Leave() { CoUninitialize(); }
 
 std::size_t MemoryInUse() {
     HANDLE heaps[256];

@@ -50,8 +50,8 @@ void Client::LogMessages(bool log) { parts->Set("Log Messages", log ? "Yes" : "N
 
 void LogInto(const std::string& fileName) { Host()->TheMessageLog().SetFileName(fileName); }
 
-Apartment::Apartment() = default;
-Apartment::~Apartment() = default;
+void Apartment::Enter() {}
+void Apartment::Leave() {}
 
 std::size_t MemoryInUse() {
     const auto heap = mallinfo2();

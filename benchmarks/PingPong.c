@@ -58,7 +58,10 @@ intptr_t PingPongOpen(uint16_t port) {
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(0x7F000001);
     setsockopt(handle, IPPROTO_TCP, TCP_NODELAY, (const char*)&on, sizeof on);
-    if (connect(handle, (struct sockaddr*)&address, sizeof address) != 0) return -1;
+    if (connect(handle, (struct sockaddr*)&address, sizeof address) != 0) {
+        closesocket(handle);
+        return -1;
+    }
     Prepare(handle);
     return (intptr_t)handle;
 }

@@ -7,7 +7,6 @@
 // Prints a line for each result: name, p50, p99 and unit, separated by tab characters.
 #include <atomic>
 #include <cstring>
-#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -79,13 +78,13 @@ class Reader {
         : thread_([this, port, &go, &stop] {
               const Apartment apartment;
               try {
-                  auto driver = Create();
-                  driver->GoOnLine(port);
-                  driver->Level();
+                  Client driver;
+                  driver.GoOnLine(port);
+                  driver.Level();
                   ready = true;
                   while (!go) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-                  for (; !stop; ++reads) driver->Level();
-                  driver->GoOffLine();
+                  for (; !stop; ++reads) driver.Level();
+                  driver.GoOffLine();
               } catch (const std::exception& error) {
                   std::fprintf(stderr, "bench-dialogue: port %s: %s\n", port.c_str(), error.what());
                   failed = ready = true;
@@ -99,13 +98,6 @@ class Reader {
     std::atomic<int> reads = 0;
 
   private:
-    // One after the other: a driver looks for free serial ports while it is created.
-    static std::unique_ptr<Client> Create() {
-        static std::mutex one;
-        const std::lock_guard lock(one);
-        return std::make_unique<Client>();
-    }
-
     std::thread thread_;
 };
 

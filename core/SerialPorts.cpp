@@ -1,5 +1,7 @@
 #include "core/SerialPorts.h"
 
+#include <mutex>
+
 namespace tarn4x {
 
 namespace {
@@ -20,6 +22,11 @@ void ConnectQuietly(platform::ErrorService& errors, platform::Transport& transpo
 }  // namespace
 
 std::string ListSerialPorts(platform::Framework& framework, platform::Transport& objComm) {
+    // A port opens for one at a time: drivers that are created in several threads would hide the ports from each other.
+    // Whoever waits goes on handling calls, which the one that looks may depend on.
+    static std::recursive_mutex looking;
+    std::unique_lock turn(looking, std::try_to_lock);
+    while (!turn.owns_lock() && !turn.try_lock()) framework.TheApplication().Delay(0.01F);
     std::string list;
     const auto port = objComm.Settings()->Item("Comm Port");
     for (int n = 1; n <= LastPort; ++n) {

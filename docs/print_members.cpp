@@ -17,7 +17,7 @@ void Check(HRESULT result, const char* what) {
 }
 
 std::string Utf8(BSTR text) {
-    std::string utf8(SysStringLen(text) * 3, '\0');
+    std::string utf8(std::size_t{3} * SysStringLen(text), '\0');
     const int count = WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(SysStringLen(text)), utf8.data(),
                                           static_cast<int>(utf8.size()), nullptr, nullptr);
     utf8.resize(static_cast<std::size_t>(count));

@@ -11,7 +11,7 @@ namespace host {
 /// An instrument at "Primary Address" (0 to 30) and "Secondary Address" (0 to 30, empty for none) of the GPIB interface
 /// "Board", reached through the installed VISA runtime. END goes with a command's last byte, and ends an answer as LF
 /// does. A device clear brings the link into step: it empties the instrument's buffers in both directions.
-class GpibLink : public ByteLink {
+class GpibLink final : public ByteLink {
   public:
     explicit GpibLink(std::shared_ptr<platform::SettingsNode> settings) : settings_(std::move(settings)) {}
     ~GpibLink() override { Close(); }

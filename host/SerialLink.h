@@ -20,7 +20,7 @@ struct SerialSettings {
 /// CONDUIT_PORTS names, or /dev/ttyS<n-1> without the variable. The line is used by one process at a time.
 /// Out of step, what arrives is thrown away until the line is quiet; an answer that comes later than that is beyond
 /// what a serial line can tell.
-class SerialLink : public ByteLink {
+class SerialLink final : public ByteLink {
   public:
     explicit SerialLink(std::shared_ptr<platform::SettingsNode> settings) : settings_(std::move(settings)) {}
     ~SerialLink() override { Close(); }

@@ -37,7 +37,7 @@ Command Choice(std::string_view pattern, int Settings::*setting, const std::vect
                 receiver.settings.*setting = TokenIndex(tokens, arguments);
                 Apply(receiver, effect);
             },
-            WithoutParameters([=](Receiver& receiver) {
+            WithoutParameters([=](const Receiver& receiver) {
                 return std::string{tokens[static_cast<size_t>(receiver.settings.*setting)]};
             })};
 }
@@ -52,7 +52,7 @@ Command OfdmChoice(std::string_view pattern, int Ofdm::*parameter, const std::ve
                 settings.startCarrier = std::min(settings.startCarrier, settings.stopCarrier);
                 receiver.Restart();
             },
-            WithoutParameters([=](Receiver& receiver) {
+            WithoutParameters([=](const Receiver& receiver) {
                 const bool manual = receiver.settings.codeRateMode == kRateManual;
                 if (!manual && !automatic.empty()) return std::string{automatic};
                 return std::string{tokens[static_cast<size_t>(receiver.settings.ofdm.*parameter)]};
@@ -66,7 +66,8 @@ Command Switch(std::string_view pattern, bool Settings::*setting, std::string_vi
                 receiver.settings.*setting = TokenIndex({"OFF", "0", "ON", "1"}, arguments) >= 2;
                 Apply(receiver, effect);
             },
-            WithoutParameters([=](Receiver& receiver) { return std::string{receiver.settings.*setting ? on : off}; })};
+            WithoutParameters(
+                [=](const Receiver& receiver) { return std::string{receiver.settings.*setting ? on : off}; })};
 }
 
 Command Number(std::string_view pattern, double Settings::*setting, double lowest, double highest, Effect effect) {
@@ -76,7 +77,7 @@ Command Number(std::string_view pattern, double Settings::*setting, double lowes
                 receiver.settings.*setting = arguments.Number(0, lowest, highest);
                 Apply(receiver, effect);
             },
-            WithoutParameters([=](Receiver& receiver) { return Shortest(receiver.settings.*setting); })};
+            WithoutParameters([=](const Receiver& receiver) { return Shortest(receiver.settings.*setting); })};
 }
 
 Command Whole(std::string_view pattern, int Settings::*setting, int lowest, int highest) {
@@ -85,7 +86,7 @@ Command Whole(std::string_view pattern, int Settings::*setting, int lowest, int 
                 arguments.Expect(1);
                 receiver.settings.*setting = arguments.Whole(0, lowest, highest);
             },
-            WithoutParameters([=](Receiver& receiver) { return std::to_string(receiver.settings.*setting); })};
+            WithoutParameters([=](const Receiver& receiver) { return std::to_string(receiver.settings.*setting); })};
 }
 
 Command Checked(Command row, std::function<void(const Receiver&)> check) {

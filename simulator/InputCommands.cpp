@@ -75,7 +75,7 @@ std::vector<Command> InputCommands() {
         Choice("ROUTe:ISELect", &Settings::port, {"RF", "DEM", "IF"}, Effect::Restart),
         Switch("INPut:ATTenuation:AUTO", &Settings::attenuatorAuto, "0", "1", Effect::Restart),
         {"INPut:ATTenuation", SetAttenuation,
-         Answer("", [](Receiver& receiver) { return std::to_string(receiver.Receive().attenuator); }).query},
+         Answer("", [](const Receiver& receiver) { return std::to_string(receiver.Receive().attenuator); }).query},
         Choice("INPut:ATTenuation:MODE", &Settings::attenuatorMode, kRfModes, Effect::Restart),
         NeedsImpedanceOption(
             Choice("INPut:ATTenuation:RECeiver", &Settings::attenuatorMode, kRfModesWithImpedance, Effect::Restart)),

@@ -9,7 +9,7 @@ namespace sim {
 /// Puts lines together from what arrives. A line ends in LF; a CR before it is dropped.
 class LineBuffer {
   public:
-    static constexpr size_t kLongestLine = 64 * 1024;
+    static constexpr size_t kLongestLine = size_t{64} * 1024;
 
     void Add(std::string_view bytes) { bytes_ += bytes; }
 

@@ -75,8 +75,7 @@ std::string Receiver::CountedBer(double ratio) const {
         return number;
     };
     if (ratio * bits < 1) return "<" + text(1 / bits) + remark;
-    const double errors = ratio * bits;
-    const double spread = std::clamp(Noise(20) / std::sqrt(errors), -0.5, 0.5);
+    const double spread = std::clamp(Noise(20) / std::sqrt(ratio * bits), -0.5, 0.5);
     return text(std::min(ratio * (1 + spread), 0.5)) + remark;
 }
 

@@ -104,8 +104,8 @@ void Server::Finish(Peer& peer, const std::string& line, const Treatment& treatm
     std::optional<std::string> answer = interpreter_.Execute(line, peer.Face());
     if (treatment.answer || treatment.raw) answer = treatment.answer.value_or("");
     if (treatment.silence) answer.reset();
-    if (answer) Log(peer, "->", treatment.raw.value_or(*answer));
     if (answer) {
+        Log(peer, "->", treatment.raw.value_or(*answer));
         peer.Send(*answer, treatment, script_.Terminator(), Steady::now());
     } else if (treatment.close != Close::No) {
         Treatment closing = treatment;

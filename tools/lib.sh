@@ -40,14 +40,15 @@ build_preset() {
 }
 
 # start_simulator [<argument>...]: starts the simulated receiver on a free port of the loopback interface and on the
-# pseudo-terminal that is COM1 of the Wine prefix. Sets simulator_port and simulator_pid; stop_simulator ends it.
+# pseudo-terminal that is COM1 of the Wine prefix. Sets simulator_port, which programs find in their environment, and
+# simulator_pid; stop_simulator ends it.
 start_simulator() {
     local output
     output="$(mktemp "$logs/simulator.XXXXXX")"
     mkdir -p "$build/serial"
     "$build/native/bin/tarn4x-sim" --port 0 --serial "$build/serial/com1" "$@" >"$output" 2>&1 </dev/null &
     simulator_pid=$!
-    simulator_port=""
+    export simulator_port=""
     for _ in $(seq 100); do
         simulator_port="$(sed -nE 's/^listening on .*:([0-9]+)$/\1/p' "$output")"
         [ -z "$simulator_port" ] || [ ! -e "$build/serial/com1" ] || return 0

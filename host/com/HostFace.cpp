@@ -92,8 +92,7 @@ std::vector<std::string> DriverComponents() {
         components.push_back(name.substr(0, name.find('.')));
     }
     std::ranges::sort(components);
-    const auto repeated = std::ranges::unique(components);
-    components.erase(repeated.begin(), repeated.end());
+    components.erase(std::unique(components.begin(), components.end()), components.end());
     return components;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/com/Errors.h"
 
+#include <algorithm>
 #include <new>
 #include <string>
 
@@ -29,13 +30,20 @@ std::string SystemText(HRESULT result) {
     return length > 0 ? Utf8(std::wstring_view(text, length)) : "Automation error";
 }
 
+/// Error information would end a text at a NUL.
+Bstr WithoutNul(std::string_view text) {
+    auto wide = Wide(text);
+    std::ranges::replace(wide, L'\0', L'\xFFFD');
+    return Bstr(std::wstring_view(wide));
+}
+
 HRESULT Report(REFIID iid, const AutomationError& error) {
     const HRESULT result = ResultOf(error.Number);
     ComPtr<ICreateErrorInfo> information;
     if (FAILED(CreateErrorInfo(information.put()))) return result;
     information->SetGUID(iid);
-    information->SetSource(Bstr(error.Source).get());
-    information->SetDescription(Bstr(error.Description).get());
+    information->SetSource(WithoutNul(error.Source).get());
+    information->SetDescription(WithoutNul(error.Description).get());
     if (!error.HelpFile.empty()) information->SetHelpFile(Bstr(error.HelpFile).get());
     if (error.HelpContext) information->SetHelpContext(static_cast<DWORD>(*error.HelpContext));
     SetErrorInfo(0, information.As<IErrorInfo>().get());
@@ -54,7 +62,7 @@ ComPtr<IErrorInfo> InformationOf(IUnknown* object, REFIID iid) {
 HRESULT ResultOf(std::int32_t number) {
     if (number < 0) return number;
     if (number == 0 || number > 0xFFFF) return E_FAIL;
-    return static_cast<HRESULT>(PlainNumbers + static_cast<std::uint32_t>(number));
+    return static_cast<HRESULT>(PlainNumbers | static_cast<std::uint32_t>(number));
 }
 
 std::int32_t NumberOf(HRESULT result) {

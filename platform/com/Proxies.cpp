@@ -247,7 +247,8 @@ IConnection* TransportProxy::Connection() {
 
 ComPtr<IUnknown> CreateByProgId(std::string_view progId, REFIID iid) {
     CLSID clsid;
-    if (FAILED(CLSIDFromProgID(Wide(progId).c_str(), &clsid))) {
+    const bool cut = progId.find('\0') != progId.npos;  // the system would not see what is behind
+    if (cut || FAILED(CLSIDFromProgID(Wide(progId).c_str(), &clsid))) {
         throw platform::AutomationError(CannotCreateObject, "",
                                         "Component can't create object: \"" + std::string(progId) + '"');
     }

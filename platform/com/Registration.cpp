@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <ranges>
 #include <utility>
 
 #include "platform/com/ComPtr.h"
@@ -228,7 +227,8 @@ LSTATUS Write(Scope scope, const RegistrationRow& row, std::vector<Change>& chan
 }
 
 void Undo(Scope scope, const std::vector<Change>& changes) {
-    for (const auto& [row, created, before] : changes | std::views::reverse) {
+    for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
+        const auto& [row, created, before] = *change;
         {
             Key key;
             if (key.Open(scope, row.key, KEY_READ | KEY_WRITE) != ERROR_SUCCESS) continue;

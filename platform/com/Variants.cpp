@@ -30,7 +30,9 @@ Variant Dereferenced(const VARIANT& value) {
 
 Variant Converted(const VARIANT& value, VARTYPE type) {
     Variant converted;
-    CheckConversion(VariantChangeTypeEx(&converted, const_cast<VARIANT*>(&value), Invariant, 0, type));
+    // Without the changes that a user with this very locale has made to the regional format.
+    constexpr USHORT flags = VARIANT_NOUSEROVERRIDE;
+    CheckConversion(VariantChangeTypeEx(&converted, const_cast<VARIANT*>(&value), Invariant, flags, type));
     return converted;
 }
 
@@ -215,11 +217,12 @@ std::vector<std::uint8_t> BytesOf(const VARIANT& value) {
     CheckConversion(SafeArrayGetLBound(array, 1, &first));
     CheckConversion(SafeArrayGetUBound(array, 1, &last));
     const auto type = static_cast<VARTYPE>(V_VT(&value) & VT_TYPEMASK);
+    const std::ptrdiff_t count = last - first + 1;
     std::vector<std::uint8_t> bytes;
-    bytes.reserve(static_cast<std::size_t>(last - first + 1));
+    bytes.reserve(static_cast<std::size_t>(count));
     if (type == VT_UI1) {
         const ArrayData data(array);
-        bytes.assign(data.Bytes(), data.Bytes() + (last - first + 1));
+        bytes.assign(data.Bytes(), data.Bytes() + count);
     } else {
         for (LONG index = first; index <= last; ++index) bytes.push_back(Element(array, type, index));
     }

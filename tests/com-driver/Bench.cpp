@@ -131,17 +131,20 @@ VARIANT Reference(VARIANT* variable) {
     return value;
 }
 
-OnLine::OnLine() {
+void Select(IDriverSetup* setup, const std::vector<std::pair<std::string, platform::Value>>& values) {
     ComPtr<INode> settings;
     com::Check(setup->get_Settings(settings.put()));
-    const std::pair<const char*, platform::Value> values[] = {{"Remote Control", std::string("TCP/IP")},
-                                                              {"TCP/IP.Host", std::string("127.0.0.1")},
-                                                              {"TCP/IP.Port", std::int32_t{peer.Port()}}};
     for (const auto& [path, value] : values) {
         ComPtr<INode> setting;
-        com::Check(settings->get_Item(com::Variant(com::ToVariant(std::string(path))), setting.put()));
+        com::Check(settings->get_Item(com::Variant(com::ToVariant(path)), setting.put()));
         com::Check(setting->SetValue(VARIANT_TRUE, VARIANT_TRUE, com::Variant(com::ToVariant(value))));
     }
+}
+
+OnLine::OnLine() {
+    Select(setup.get(), {{"Remote Control", std::string("TCP/IP")},
+                         {"TCP/IP.Host", std::string("127.0.0.1")},
+                         {"TCP/IP.Port", std::int32_t{peer.Port()}}});
     VARIANT_BOOL onLine = VARIANT_FALSE;
     EXPECT_HRESULT_SUCCEEDED(setup->put_OnLine(VARIANT_TRUE));
     EXPECT_HRESULT_SUCCEEDED(setup->get_OnLine(&onLine));

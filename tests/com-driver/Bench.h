@@ -13,6 +13,7 @@
 #include "platform/com/Errors.h"
 #include "platform/com/Text.h"
 #include "platform/com/Variants.h"
+#include "tests/com-driver/Failures.h"
 #include "tests/com-driver/Peer.h"
 
 using com::ComPtr;
@@ -28,12 +29,6 @@ ComPtr<Interface> Create(REFCLSID clsid) {
     return object;
 }
 
-/// What an automation call left behind as error information; empty when there is none.
-struct Failure {
-    unsigned result = 0;
-    std::string source, description;
-    bool operator==(const Failure&) const = default;
-};
 std::ostream& operator<<(std::ostream& stream, const Failure& failure);
 /// Takes the thread's error information, which the driver's main interface has to have raised.
 Failure TakeFailure(HRESULT result);
@@ -71,6 +66,9 @@ class Script {
 VARIANT Number(LONG number);
 VARIANT Real(double number, VARTYPE type = VT_R8);
 VARIANT Reference(VARIANT* variable);
+
+/// Gives settings of an off-line driver their values, by their paths.
+void Select(IDriverSetup* setup, const std::vector<std::pair<std::string, platform::Value>>& values);
 
 /// A registered driver, on-line with a scripted instrument. Creating a driver takes a serial port that opens; the Wine
 /// prefix has to offer one.

@@ -58,15 +58,6 @@ TEST_F(Errors, OfTheDecoderArePlainNumbers) {
     }
 }
 
-TEST_F(Errors, LeaveNothingBehindASuccess) {
-    double number = 0;
-    EXPECT_HRESULT_FAILED(driver->get_MeasureOfdmMerRmsDb(&number));
-    peer.Answers("READ:RF:LEVEL? = -45.5");
-    EXPECT_EQ(driver->get_MeasureRfLevel(&number), S_OK);
-    ComPtr<IErrorInfo> information;
-    EXPECT_EQ(GetErrorInfo(0, information.put()), S_FALSE);
-}
-
 TEST_F(Errors, ComeForMissingOutputs) {
     double value = 0;
     VARIANT_BOOL done = 0;

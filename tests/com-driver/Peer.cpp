@@ -43,6 +43,12 @@ void Peer::Answers(std::string_view dialogue) {
     }
 }
 
+void Peer::BreaksProtocolAfter(const std::string& line, int times) {
+    const std::lock_guard lock(mutex);
+    last = line;
+    untilBreak = times;
+}
+
 bool Peer::Received(const std::string& line) {
     std::unique_lock lock(mutex);
     return arrived.wait_for(lock, std::chrono::seconds(5),
@@ -85,8 +91,18 @@ void Peer::Talk() {
 
 std::string Peer::Take(const std::string& line) {
     const std::lock_guard lock(mutex);
+    if (breaks) {
+        breaks = false;
+        return std::string(2'000'000, '7');
+    }
+    breaks = line == last && --untilBreak == 0;
     lines.push_back(line);
     arrived.notify_all();
     const auto answer = answers.find(line);
-    return answer == answers.end() ? "" : answer->second + '\n';
+    if (answer == answers.end()) return "";
+    std::string text = answer->second + '\n';
+    if (const auto place = text.find("{n}"); place != std::string::npos) {
+        text.replace(place, 3, std::to_string(std::count(lines.begin(), lines.end(), line)));
+    }
+    return text;
 }

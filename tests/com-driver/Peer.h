@@ -19,8 +19,11 @@ class Peer {
     Peer& operator=(const Peer&) = delete;
 
     std::uint16_t Port() const { return port; }
-    /// From now on the answers to queries, as "QUERY? = ANSWER | QUERY? = ANSWER".
+    /// From now on the answers to queries, as "QUERY? = ANSWER | QUERY? = ANSWER". "{n}" in an answer becomes the
+    /// number of times that the query has come.
     void Answers(std::string_view dialogue);
+    /// Once that line has come so many times more, the line behind it gets an answer that is longer than any may be.
+    void BreaksProtocolAfter(const std::string& line, int times = 1);
     /// Waits until the peer has received that line (5 s); false when it does not come.
     bool Received(const std::string& line);
     /// How often the peer has received that line.
@@ -35,6 +38,9 @@ class Peer {
     std::uintptr_t connection;
     std::uint16_t port = 0;
     bool ending = false;
+    std::string last;
+    int untilBreak = 0;
+    bool breaks = false;
     std::map<std::string, std::string> answers;
     std::vector<std::string> lines;
     std::mutex mutex;

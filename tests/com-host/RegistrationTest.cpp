@@ -10,10 +10,8 @@ namespace {
 
 #ifdef _WIN64
 constexpr char Platform[] = "win64";
-constexpr wchar_t OtherPlatform[] = L"win32";
 #else
 constexpr char Platform[] = "win32";
-constexpr wchar_t OtherPlatform[] = L"win64";
 #endif
 
 HRESULT Unused(REFIID, void**) { return E_NOINTERFACE; }
@@ -238,15 +236,6 @@ TEST_F(Registering, IsUndoneOnlyWhereItStillLeadsToTheFile) {
         EXPECT_EQ(Leads(library), Vendor);
         EXPECT_EQ(Leads((std::wstring(L"CLSID\\") + Node).c_str()), L"");
     }
-}
-
-TEST_F(Registering, LeavesWhatTheOtherBitnessNeeds) {
-    const auto library = L"TypeLib\\{5B6CA9D7-9389-4662-9EDE-976FC7600FEB}\\1.0";
-    EXPECT_EQ(component_.Register(), S_OK);
-    Write(HKEY_LOCAL_MACHINE, std::wstring(library) + L"\\0\\" + OtherPlatform, L"other");
-    EXPECT_EQ(component_.Unregister(), S_OK);
-    EXPECT_EQ(Leads(L"Seamcfg.clsNode\\CLSID"), Node);
-    EXPECT_EQ(Leads(library), L"Seamcfg 1.0 Settings Tree");
 }
 
 TEST_F(Registering, RollsBackWhenItFailsHalfWay) {

@@ -160,18 +160,3 @@ TEST(ErrorService, RaisesWithHelpForScripts) {
         EXPECT_EQ(error.HelpContext, 77);
     }
 }
-
-TEST(ErrorService, ReportsToTheMessageLog) {
-    const auto log = CreateByProgId<IMessageLog>("Seamlib.clsMessageLog");
-    const auto framework = com::ComFramework();
-    auto& service = framework->TheErrorService();
-    log->Clear();
-    for (const bool reporting : {true, false}) {
-        service.SetErrorReporting(reporting);
-        EXPECT_EQ(service.ErrorReporting(), reporting);
-        EXPECT_EQ(Raised([&] { service.RaiseDriverError({2002, "s", "d"}); }), "2002|s|d");
-        EXPECT_EQ(Get(log.get(), L"Count"), Value(1));
-    }
-    service.SetErrorReporting(true);
-    log->Clear();
-}

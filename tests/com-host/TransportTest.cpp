@@ -55,20 +55,13 @@ TEST(Framework, CreatesTransportsByProgId) {
     const auto framework = com::ComFramework();
     EXPECT_EQ(Raised([&] { framework->CreateTransport("Conduit.clsNone"); }),
               "429||Component can't create object: \"Conduit.clsNone\"");
-    const struct {
-        const char *progId, *subtree;
-        std::vector<std::string> settings;
-    } cases[] = {
-        {"Conduit.clsGPIB", "GPIB", {"Board", "Primary Address", "Secondary Address"}},
-        {"Conduit.clsComm", "RS232", {"Comm Port", "Baud Rate", "Data Bits", "Parity", "Stop Bits", "Handshaking"}},
-        {"Conduit.clsEthernet", "TCP/IP", {"Host", "Port"}},
-        {"Conduit.clsGUI", "GUI", {"Port"}},
-    };
-    for (const auto& [progId, subtree, settings] : cases) {
+    for (const auto& [progId, subtree] : {std::pair{"Conduit.clsGPIB", "GPIB"},
+                                          {"Conduit.clsComm", "RS232"},
+                                          {"Conduit.clsEthernet", "TCP/IP"},
+                                          {"Conduit.clsGUI", "GUI"}}) {
         const auto transport = framework->CreateTransport(progId);
         const auto group = transport->Settings();
         EXPECT_EQ(group->Name(), subtree);
-        for (const auto& setting : settings) EXPECT_EQ(group->Item(setting)->Name(), setting);
         EXPECT_EQ(com::ComOf(*group), com::ComOf(*transport->Settings())) << "the same node every time";
     }
 }
@@ -88,19 +81,4 @@ TEST(Transport, NeedsAConnection) {
     com::Variant response = Arg("kept");
     EXPECT_LT(link->SendReceive(com::Bstr("RF?").get(), &response), S_OK);
     EXPECT_EQ(com::TextOf(response), "kept");
-}
-
-TEST(Transport, TellsInTheMessageLogWhyItCannotConnect) {
-    const auto framework = com::ComFramework();
-    const auto log = com::CreateByProgId<IMessageLog>("Seamlib.clsMessageLog");
-    for (const auto progId : {"Conduit.clsGPIB", "Conduit.clsGUI"}) {
-        log->Clear();
-        const auto transport = framework->CreateTransport(progId);
-        EXPECT_THROW(transport->Connect(true), platform::AutomationError);
-        EXPECT_FALSE(transport->IsConnected());
-        com::Bstr entry;
-        ASSERT_EQ(log->get_Entry(1, entry.put()), S_OK) << progId;
-        EXPECT_EQ(entry.Utf8().substr(0, 2), "1\t");
-    }
-    log->Clear();
 }

@@ -103,6 +103,7 @@ class Peer {
 
     int Port = 0;
     std::atomic<int> Connections = 0;
+    std::atomic<int> Ended = 0;  ///< connections that are closed again
 
   private:
     void Serve() {
@@ -116,6 +117,7 @@ class Peer {
             script_[session](connection);
             if (session + 1 < script_.size()) ++session;
             host::sockets::Close(socket);
+            ++Ended;
         }
     }
 

@@ -1,8 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "simulator/Echoes.h"
 #include "simulator/OfdmParameters.h"
 #include "simulator/SignalModel.h"
+#include "tests/simulator/Bench.h"
 
 namespace {
 
@@ -37,66 +36,55 @@ TEST(OfdmParameters, GiveTheErrorRatiosOfTheLiterature) {
 
 // Less C/N can only make things worse, whichever noise it is.
 TEST(SignalModel, DegradesMonotonically) {
-    for (const char* noise : {"channel", "generator", "level"}) {
-        Reception last;
+    for (const std::string noise : {"channel", "generator", "level"}) {
+        std::vector<double> last;
+        Reception r;
         for (int step = 0; step < 50; ++step) {
             Signal signal;
             Settings settings;
             settings.attenuatorAuto = false;  // its steps of 5 dB make a weaker signal better at times
-            if (noise[0] == 'c') signal.cn = 50 - step;
-            if (noise[0] == 'g') settings.noise = true, settings.noiseCn = 56 - step;
-            if (noise[0] == 'l') signal.level = -47 - step;
-            const Reception r = Receive(signal, settings, 1);
-            if (step > 0) {
-                EXPECT_LE(r.mer, last.mer) << noise << step;
-                EXPECT_LE(r.snr, last.snr) << noise << step;
-                EXPECT_GE(r.berBeforeViterbi, last.berBeforeViterbi) << noise << step;
-                EXPECT_GE(r.berAfterViterbi, last.berAfterViterbi) << noise << step;
-                EXPECT_LE(r.shoulders, last.shoulders) << noise << step;
-                EXPECT_GE(r.phaseJitter, last.phaseJitter) << noise << step;
-                EXPECT_LE(r.tsLocked, last.tsLocked) << noise << step;
-                EXPECT_LE(r.locked, last.locked) << noise << step;
-            }
+            if (noise == "channel") signal.cn = 50 - step;
+            if (noise == "generator") settings.noise = true, settings.noiseCn = 56 - step;
+            if (noise == "level") signal.level = -47 - step;
+            r = Receive(signal, settings, 1);
             EXPECT_LE(r.mer, r.snr);
-            last = r;
+            const std::vector<double> goodness{r.mer,       r.snr,          -r.berBeforeViterbi, -r.berAfterViterbi,
+                                               r.shoulders, -r.phaseJitter, 1.0 * r.tsLocked,    1.0 * r.locked};
+            if (step > 0) {
+                EXPECT_THAT(goodness, testing::Pointwise(testing::Le(), last)) << noise << step;
+            }
+            last = goodness;
         }
-        EXPECT_FALSE(last.tsLocked) << noise;
+        EXPECT_FALSE(r.tsLocked) << noise;
     }
 }
 
 TEST(SignalModel, LocksOnlyToWhatItIsSetTo) {
-    struct Case {
-        const char* what;
-        void (*change)(Signal&, Settings&);
-        bool locked, tsLocked;
+    const struct {
+        const char *signal, *settings, *locked;  // OFDM unlocked; transport stream locked
+    } cases[] = {
+        {"present on", "", "0;1"},
+        {"present off", "", "1;0"},
+        {"cn 35", "SENS:FREQ:CENT 658E6", "0;1"},  // another channel
+        {"cn 35", "SENS:FREQ:CENT 478E6", "1;0"},  // between channels
+        {"cn 35", "SENS:FREQ:CENT 1.2E9", "1;0"},  // out of the bands
+        {"offset 100000", "", "1;0"},              // far off
+        {"offset 100000", "SENS:DVBT:LOOP:BWID:FREQ HI", "0;1"},
+        {"cn 35", "SENS:DVBT:CHAN:BWID MHZ7", "1;0"},
+        {"cn 35", "SENS:DVBT:CHAN:BWID MHZ7;:SENS:FREQ:CENT 198.5E6", "0;1"},  // band III
+        {"cn 35", "SENS:DVBT:FILT:SAW MHZ6", "0;0"},                           // cuts the channel
+        {"cn 35", "SENS:DVBT:CODE:RATE:MODE MAN", "0;1"},
+        {"cn 35", "SENS:DVBT:CODE:RATE:MODE MAN;:SENS:DVBT:FFT:MODE F2K", "1;0"},
+        {"cn 35", "SENS:DVBT:CODE:RATE:MODE MAN;:SENS:DVBT:CODE:RATE:HP 1,2", "0;0"},
+        {"cn 35", "SYST:MODE QAM", "1;0"},
+        {"cn 35", "INP:ATT 55", "1;0"},
     };
-    for (const Case& c : {
-             Case{"as it is", [](Signal&, Settings&) {}, true, true},
-             Case{"no signal", [](Signal&s, Settings&) { s.present = false; }, false, false},
-             Case{"another channel", [](Signal&, Settings&s) { s.frequency = 658e6; }, true, true},
-             Case{"between channels", [](Signal&, Settings&s) { s.frequency = 478e6; }, false, false},
-             Case{"out of the bands", [](Signal&, Settings&s) { s.frequency = 1.2e9; }, false, false},
-             Case{"far off", [](Signal&s, Settings&) { s.offset = 100e3; }, false, false},
-             Case{"far off, wide loop", [](Signal&s, Settings&t) { s.offset = 100e3, t.loopBandwidth = 2; }, true,
-                  true},
-             Case{"narrow channel", [](Signal&, Settings&s) { s.channelBandwidth = 1; }, false, false},
-             Case{"band III", [](Signal&, Settings&s) { s.channelBandwidth = 1, s.frequency = 198.5e6; }, true, true},
-             Case{"narrow filter", [](Signal&, Settings&s) { s.saw = 2; }, true, false},
-             Case{"manual, right", [](Signal&, Settings&s) { s.codeRateMode = kRateManual; }, true, true},
-             Case{"manual, 2K", [](Signal&, Settings&s) { s.codeRateMode = kRateManual, s.ofdm.fft = 0; }, false,
-                  false},
-             Case{"manual, rate", [](Signal&, Settings&s) { s.codeRateMode = kRateManual, s.ofdm.rateHp = 0; }, true,
-                  false},
-             Case{"DVB-C", [](Signal&, Settings&s) { s.operatingMode = 3; }, false, false},
-             Case{"too much attenuation", [](Signal&, Settings&s) { s.attenuatorAuto = false, s.attenuator = 55; },
-                  false, false},
-         }) {
-        Signal signal;
-        Settings settings;
-        c.change(signal, settings);
-        const Reception r = Receive(signal, settings, 1);
-        EXPECT_EQ(r.locked, c.locked) << c.what;
-        EXPECT_EQ(r.tsLocked, c.tsLocked) << c.what;
+    for (const auto& [signal, settings, locked] : cases) {
+        Bench bench{With("TARN-B11,TARN-B12,TARN-B13")};
+        bench.Signal(signal);
+        bench.Play(settings);
+        EXPECT_EQ(bench.Ask("READ:DVBT:OFDM:UNLOCKED?;:READ:DVBT:MPEG:TS:LOCKED?"), locked) << signal << settings;
+        EXPECT_EQ(bench.Error(), kNoError);
     }
 }
 

@@ -65,12 +65,11 @@ TEST(Pcx, IsReadByAnotherProgramDotForDot) {
 }
 
 TEST(Screen, FitsIntoABlockInEveryMode) {
-    for (const double cn : {60.0, 12.0, 0.0}) {
+    for (const std::string cn : {"60", "12", "0"}) {
         Bench bench;
-        bench.Signal([&](sim::Signal& signal) { signal.cn = cn; });
-        for (const char* mode : {"NORM", "CDI",  "MDB",  "MPCT", "INT",  "IQ",   "APH",  "AGD",  "POL", "SP_1",
-                                 "SP_2", "SP_3", "ADIS", "CCDF", "IR_1", "IR_2", "IR_3", "HIST", "PAR", "CENV"}) {
-            ASSERT_EQ(bench.Ask(std::string{"SENS:DVBT:MEAS "} + mode + ";:READ:SCREEN:BUFFER?"), "0") << mode;
+        bench.Signal("cn " + cn);
+        for (const std::string_view mode : sim::Split(kMeasureModes, ' ')) {
+            ASSERT_EQ(bench.Ask("SENS:DVBT:MEAS " + std::string{mode} + ";:READ:SCREEN:BUFFER?"), "0") << mode;
             const std::string block = bench.Ask("READ:BUFFER:PCX?");
             const size_t digits = static_cast<size_t>(block[1] - '0');
             ASSERT_EQ(block[0], '#');
@@ -89,9 +88,9 @@ TEST(Screen, ShowsWhatIsMeasured) {
     constexpr int kGreen = 0x00D000;
     Bench bench;
     // The points of a good constellation stand closer together: fewer different pixels than those of a noisy one.
-    bench.Signal([](sim::Signal& signal) { signal.cn = 60; });
+    bench.Signal("cn 60");
     const int tight = capture(bench, "CDI").Colours()[kGreen];
-    bench.Signal([](sim::Signal& signal) { signal.cn = 20; });
+    bench.Signal("cn 20");
     const int wide = capture(bench, "CDI").Colours()[kGreen];
     EXPECT_GT(tight, 64);
     EXPECT_GT(2 * wide, 3 * tight);
@@ -99,13 +98,10 @@ TEST(Screen, ShowsWhatIsMeasured) {
     const Decoded impulse = capture(bench, "IR_1");
     EXPECT_GT(impulse.Colours()[kGreen], 300);
     EXPECT_EQ(impulse.width, 320);
-    bench.Signal([](sim::Signal& signal) { signal.present = false; });
+    bench.Signal("present off");
     EXPECT_EQ(capture(bench, "IR_1").Colours()[kGreen], 0);
 }
 
-TEST(Screen, IsAnEmptyBlockBeforeTheFirstCapture) {
-    Bench bench;
-    EXPECT_EQ(bench.Ask("READ:BUFFER:PCX?"), "#10");
-}
+TEST(Screen, IsAnEmptyBlockBeforeTheFirstCapture) { EXPECT_EQ(Bench{}.Ask("READ:BUFFER:PCX?"), "#10"); }
 
 }  // namespace

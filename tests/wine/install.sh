@@ -44,14 +44,18 @@ prints() {
 # sections <expression>: an exported registry without the keys whose name matches.
 sections() { perl -00 -ne 'BEGIN { $no = shift } print unless /^\[[^\n]*$no/' "$1"; }
 
-# export_key <key>: the key and everything below it, in both bitnesses, as text; without the installer's own books.
+# export_key HKLM|HKCU <key>: the key and everything below it, in both bitnesses, as text; without times and the
+# installer's own books. Nothing for a key that does not exist.
 export_key() {
-    rm -f "$work/export.reg"
-    wine_run reg export "$1" "$(windows_path "$work/export.reg")" /y >/dev/null 2>&1 || return 0
-    iconv -f UTF-16 -t UTF-8 "$work/export.reg" | tr -d '\r' |
-        sections '\\Installer[]\\]'
+    local code=0 absent=2
+    rm -f "$work/export"
+    wine_run "$build/windows-x64/bin/save-key.exe" "$1" "$2" "$(windows_path "$work/export")" || code=$?
+    [ "$code" -ne "$absent" ] || return 0
+    [ "$code" -eq 0 ] || return "$code"
+    KEY="$1\\$2" perl -ne 's/^\[(.*)\] \d+$/"[$ENV{KEY}\\" . $1 =~ s,\\\\,\\,gr . "]"/e; print unless /^(#time=|;;)/' \
+        "$work/export" | sections '\\Installer[]\\]'
 }
-classes() { export_key 'HKLM\Software\Classes'; }
+classes() { export_key HKLM 'Software\Classes'; }
 own_files() { find "$WINEPREFIX/drive_c" -ipath '*xtarn4x*' -o -ipath '*seamlib*'; }
 
 # regsvr <bitness> [<option>...]: with all four components.
@@ -62,6 +66,11 @@ regsvr() {
     wine_tool "$bitness" regsvr32 /s "$@" "${files[@]}"
 }
 
+# diagnose <bitness>: without the waits that a real instrument needs.
+sed '/^If CreateDriver() Then/a CreateObject("Seamlib.clsApplication").DelayScale = 0' \
+    "$root/examples/diagnose.vbs" >"$work/diagnose.vbs"
+diagnose() { script_host "$1" "$work/diagnose.vbs" /host:127.0.0.1 "/port:$simulator_port"; }
+
 has_32() { [[ " $(bitnesses | tr '\n' ' ') " == *" 32 "* ]]; }
 
 ensure_prefix
@@ -71,14 +80,13 @@ if classes | grep -qiE 'seamlib|xtarn4x'; then
 fi
 wineserver -p60 >/dev/null 2>&1 </dev/null || true
 start_simulator --seed 1
-address=(/host:127.0.0.1 "/port:$simulator_port")
 # A script host writes to the registry when it runs for the first time.
 for bitness in $(bitnesses); do
-    check "diagnosis with nothing registered" unless \
-        prints "All is well" script_host "$bitness" "$root/examples/diagnose.vbs" "${address[@]}"
+    check "diagnosis with nothing registered" unless prints "All is well" diagnose "$bitness"
     check "what it says" grep -q "^FAILED  Conduit.clsEthernet is not registered." "$work/printed"
 done
 classes >"$work/clean"
+check "there are classes" grep -q '^\[HKLM.Software.Classes.CLSID' "$work/clean"
 
 say "Registering both bitnesses in every order"
 # Every state is reached in every way, and looks the same each time.
@@ -102,8 +110,7 @@ for move in "${walk[@]}"; do
     else
         cp "$work/classes" "$work/state-$state"
         for created in $state; do
-            check "diagnosis in $created bits, with $state registered" \
-                prints "All is well" script_host "$created" "$root/examples/diagnose.vbs" "${address[@]}"
+            check "diagnosis in $created bits, with $state registered" prints "All is well" diagnose "$created"
         done
     fi
 done
@@ -119,7 +126,7 @@ check "regsvr32 refuses" unless wine_tool 64 regsvr32 /s "$other"
 classes >"$work/classes"
 check "a refusal changes nothing" diff "$work/own" "$work/classes"
 check "regsvr32 /i:force" wine_tool 64 regsvr32 /s /i:force "$other"
-check "the other file has taken over" prints "${other//\\/\\\\}" export_key 'HKLM\Software\Classes\CLSID'
+check "the other file has taken over" prints "${other//\\/\\\\}" export_key HKLM 'Software\Classes\CLSID'
 check "unregistering what the other file has taken over" regsvr 64 /u
 check "the other file is left alone" prints "$other" script_host 64 "$root/examples/diagnose.vbs"
 check "unregistering the other file" wine_tool 64 regsvr32 /s /u "$other"
@@ -127,25 +134,24 @@ classes >"$work/classes"
 check "the registry after the other file" diff "$work/clean" "$work/classes"
 
 say "One user"
-export_key 'HKCU\Software\Classes' >"$work/user"
+export_key HKCU 'Software\Classes' >"$work/user"
 check "registering for one user" regsvr 64 /n /i:user
-check "the user's classes" prints 'XTarn4x.clsTarn4x\CLSID]' export_key 'HKCU\Software\Classes'
+check "the user's classes" prints 'XTarn4x.clsTarn4x\CLSID]' export_key HKCU 'Software\Classes'
 classes >"$work/classes"
 check "the machine's classes" diff "$work/clean" "$work/classes"
 say "known limit of Wine: it looks for classes among those of the machine only, so nothing is created for one user here"
 check "unregistering for one user" regsvr 64 /u /n /i:user
-export_key 'HKCU\Software\Classes' >"$work/classes"
+export_key HKCU 'Software\Classes' >"$work/classes"
 check "the user's classes afterwards" unless grep -iE 'seam|xtarn4x|conduit' "$work/classes"
 
 say "The installer"
 msi="$(windows_path "$(echo "$root"/dist/*.msi)")"
-export_key 'HKLM\Software' >"$work/software"
+export_key HKLM 'Software' >"$work/software"
 check "installing" wine_run msiexec /i "$msi" /qn
 for bitness in $(bitnesses); do
-    check "diagnosis in $bitness bits, installed" \
-        prints "All is well" script_host "$bitness" "$root/examples/diagnose.vbs" "${address[@]}"
+    check "diagnosis in $bitness bits, installed" prints "All is well" diagnose "$bitness"
     check "measuring in $bitness bits, installed" prints "Crest factor, present" \
-        script_host "$bitness" "$root/examples/first-measurement.vbs" "${address[@]}" /simulated
+        script_host "$bitness" "$root/examples/first-measurement.vbs" "/port:$simulator_port" /simulated
 done
 check "a receiver that does not answer" prints "port 1 does not answer: No connection to 127.0.0.1:1: " \
     script_host 64 "$root/examples/diagnose.vbs" /host:127.0.0.1 /port:1
@@ -166,7 +172,7 @@ check "the installer's rows" diff <(normalised "$work/state-$all") <(normalised 
 check "uninstalling" wine_run msiexec /x "$msi" /qn
 classes >"$work/classes"
 check "the classes afterwards" diff "$work/clean" "$work/classes"
-export_key 'HKLM\Software' >"$work/classes"
+export_key HKLM 'Software' >"$work/classes"
 check "everything else afterwards" diff "$work/software" "$work/classes"
 check "the files afterwards" unless grep . <(own_files)
 
@@ -174,11 +180,11 @@ say "The installer beside another product's framework"
 vendor='{01234567-89AB-CDEF-0123-456789ABCDEF}'
 wine_run reg add 'HKCR\Seamlib.clsApplication\CLSID' /ve /d "$vendor" /f >/dev/null
 check "installing beside" wine_run msiexec /i "$msi" /qn
-check "the other product's class" prints "$vendor" export_key 'HKLM\Software\Classes\Seamlib.clsApplication'
+check "the other product's class" prints "$vendor" export_key HKLM 'Software\Classes\Seamlib.clsApplication'
 check "no Seamlib.dll" unless grep Seamlib.dll <(own_files)
 check "but XTarn4x.dll" grep XTarn4x.dll <(own_files)
 check "uninstalling beside" wine_run msiexec /x "$msi" /qn
-check "the other product's class afterwards" prints "$vendor" export_key 'HKLM\Software\Classes\Seamlib.clsApplication'
+check "the other product's class afterwards" prints "$vendor" export_key HKLM 'Software\Classes\Seamlib.clsApplication'
 wine_run reg delete 'HKCR\Seamlib.clsApplication' /f >/dev/null
 
 say "Without registration"
