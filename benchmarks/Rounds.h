@@ -20,18 +20,20 @@ inline void Print(const std::string& name, double p50, double p99, const char* u
 }
 
 /// Something to time: calls it so often in a row for one sample. Calls that take less than a few microseconds need
-/// more than one, or the clock is what is measured.
+/// more than one, or the clock is what is measured. What prepares a turn is not timed.
 class Case {
   public:
     template <class Call>
-    Case(std::string name, int batch, Call call)
-        : name_(std::move(name)), sample_([batch, call = std::move(call)]() mutable {
+    Case(
+        std::string name, int batch, Call call, std::function<void()> prepare = [] {})
+        : name_(std::move(name)), prepare_(std::move(prepare)), sample_([batch, call = std::move(call)]() mutable {
               const auto start = Clock::now();
               for (int i = 0; i < batch; ++i) call();
               return Microseconds(Clock::now() - start) / batch;
           }) {}
 
     void Take(int samples) {
+        prepare_();
         for (int i = 0; i < samples; ++i) taken_.push_back(sample_());
     }
     void Forget() { taken_.clear(); }
@@ -42,13 +44,15 @@ class Case {
 
   private:
     std::string name_;
+    std::function<void()> prepare_;
     std::function<double()> sample_;
     std::vector<double> taken_;
 };
 
-/// One round: the cases take turns, a few samples each, so that whatever else the machine does falls on all of them.
+/// One round: the cases take turns, 50 samples each: often enough that whatever
+/// else the machine does falls on all of them, and long enough that one does not run on what another left behind.
 inline void RunRound(std::vector<Case> cases, int samples) {
-    constexpr int turn = 10;
+    constexpr int turn = 50;
     for (Case& warmingUp : cases) {
         warmingUp.Take(turn);
         warmingUp.Forget();

@@ -2,7 +2,7 @@
 // built for this system (driver classes) and for Windows (the registered component).
 //
 //   bench-dialogue single PORT LOGFILE   one driver and one receiver whose screen has 32,000 bytes
-//   bench-dialogue many PORT...          1, 8 and 64 drivers at a time, a thread and a receiver each
+//   bench-dialogue many PORT...          1, 8 and 64 drivers at a time, a thread and one of 64 receivers each
 //
 // Prints a line for each result: name, p50, p99 and unit, separated by tab characters.
 #include <atomic>
@@ -53,38 +53,39 @@ class Wire {
 
 void Single(const std::string& port, const std::string& logFile) {
     const Wire wire(port);
-    Client driver, logging, filing;
-    for (Client* client : {&driver, &logging, &filing}) client->GoOnLine(port);
-    driver.LogMessages(false);
-    logging.LogMessages(true);
-    filing.LogMessages(true);
+    Client driver;
+    driver.GoOnLine(port);
     RunRound({{"bare", 1, [&] { wire.Read(); }},
-              {"read", 1, [&] { driver.Level(); }},
-              {"read, log on", 1, [&] { logging.Level(); }}},
+              {"read", 1, [&] { driver.Level(); }, [&] { driver.LogMessages(false); }},
+              {"read, log on", 1, [&] { driver.Level(); }, [&] { driver.LogMessages(true); }}},
              1000);
     LogInto(logFile);
-    RunRound({{"read, log in a file", 1, [&] { filing.Level(); }}}, 200);
+    RunRound({{"read, log in a file", 1, [&] { driver.Level(); }}}, 200);
     LogInto("");
+    driver.LogMessages(false);
     RunRound({{"bare screen", 1, [&] { wire.Screen(); }},
               {"screen", 1, [&] { Require(driver.Screen() == ScreenSize, "a screen"); }}},
              100);
     RunRound({{"create", 1, [] { Client created; }}}, 20);
 }
 
-/// A driver that reads in a thread and an apartment of its own.
+/// Reads in a thread and an apartment of its own, with a driver or over a bare connection.
 class Reader {
   public:
-    Reader(const std::string& port, const std::atomic<bool>& go, const std::atomic<bool>& stop)
-        : thread_([this, port, &go, &stop] {
+    Reader(bool bare, const std::string& port, const std::atomic<bool>& go, const std::atomic<bool>& stop)
+        : thread_([this, bare, port, &go, &stop] {
               const Apartment apartment;
               try {
-                  Client driver;
-                  driver.GoOnLine(port);
-                  driver.Level();
-                  ready = true;
-                  while (!go) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-                  for (; !stop; ++reads) driver.Level();
-                  driver.GoOffLine();
+                  if (bare) {
+                      const Wire wire(port);
+                      Run(go, stop, [&] { wire.Read(); });
+                  } else {
+                      Client driver;
+                      driver.GoOnLine(port);
+                      driver.LogMessages(false);
+                      Run(go, stop, [&] { driver.Level(); });
+                      driver.GoOffLine();
+                  }
               } catch (const std::exception& error) {
                   std::fprintf(stderr, "bench-dialogue: port %s: %s\n", port.c_str(), error.what());
                   failed = ready = true;
@@ -98,32 +99,49 @@ class Reader {
     std::atomic<int> reads = 0;
 
   private:
+    template <class Read>
+    void Run(const std::atomic<bool>& go, const std::atomic<bool>& stop, Read read) {
+        read();
+        ready = true;
+        while (!go) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        for (; !stop; ++reads) read();
+    }
+
     std::thread thread_;
 };
 
+void ReadAtOnce(bool bare, const std::vector<std::string>& ports, const std::string& name) {
+    const auto before = MemoryInUse();
+    std::atomic<bool> go = false, stop = false;
+    std::vector<std::unique_ptr<Reader>> readers;
+    for (const auto& port : ports) readers.push_back(std::make_unique<Reader>(bare, port, go, stop));
+    for (const auto& reader : readers) {
+        while (!reader->ready) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    const auto memory = static_cast<double>(MemoryInUse() - before) / static_cast<double>(ports.size()) / 1024;
+    const auto start = Clock::now();
+    go = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1000));
+    stop = true;
+    int reads = 0;
+    bool failed = false;
+    for (const auto& reader : readers) {
+        reads += reader->reads;
+        failed = failed || reader->failed;
+    }
+    const double rate = reads / (Microseconds(Clock::now() - start) / 1e6);
+    readers.clear();
+    Require(!failed, "a reader");
+    Print(name, rate, rate, "reads/s");
+    if (!bare) Print(name + ", memory of one", memory, memory, "KiB");
+}
+
 void Many(const std::vector<std::string>& ports) {
     const Apartment apartment;
-    for (const std::size_t count : {1U, 8U, 64U}) {
-        if (count > ports.size()) break;
-        const auto before = MemoryInUse();
-        std::atomic<bool> go = false, stop = false;
-        std::vector<std::unique_ptr<Reader>> readers;
-        for (std::size_t i = 0; i < count; ++i) readers.push_back(std::make_unique<Reader>(ports[i], go, stop));
-        for (const auto& reader : readers) {
-            while (!reader->ready) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-        const auto memory = static_cast<double>(MemoryInUse() - before) / static_cast<double>(count);
-        const auto start = Clock::now();
-        go = true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1500));
-        stop = true;
-        int reads = 0;
-        for (const auto& reader : readers) reads += reader->reads;
-        const double rate = reads / (Microseconds(Clock::now() - start) / 1e6);
-        readers.clear();
-        const auto name = std::to_string(count) + (count == 1 ? " driver" : " drivers");
-        Print(name, rate, rate, "reads/s");
-        Print(name + ", memory of one", memory / 1024, memory / 1024, "KiB");
+    for (const std::ptrdiff_t count : {1, 8, 64}) {
+        const std::vector some(ports.begin(), ports.begin() + count);
+        ReadAtOnce(true, some, std::to_string(count) + " bare");
+        ReadAtOnce(false, some, std::to_string(count) + " drivers");
     }
 }
 
@@ -135,7 +153,7 @@ int main(int count, char** arguments) {
         if (given.size() == 3 && given[0] == "single") {
             const Apartment apartment;
             Single(given[1], given[2]);
-        } else if (given.size() >= 2 && given[0] == "many") {
+        } else if (given.size() == 65 && given[0] == "many") {
             Many({given.begin() + 1, given.end()});
         } else {
             std::fputs("usage: bench-dialogue single PORT LOGFILE\n       bench-dialogue many PORT...\n", stderr);

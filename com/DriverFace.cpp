@@ -472,7 +472,7 @@ STDMETHODIMP Dispatch<_clsTarn4x>::Invoke(DISPID member, REFIID reserved, LCID, 
     return Border(IID_IDispatch, [&] {
         ScriptArguments passed(member, *arguments);
         const HRESULT called =
-            InvokeMember(Description(), this, member, flags, passed.Get(), result, exception, badArgument);
+            Shared().Members().Invoke(this, member, flags, passed.Get(), result, exception, badArgument);
         if (SUCCEEDED(called)) passed.HandOver();
         return called;
     });

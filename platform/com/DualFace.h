@@ -29,14 +29,14 @@ class Dispatch : public Interface {
     STDMETHODIMP GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* identifiers) final {
         if (!names || !identifiers) return E_POINTER;
         if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-        return Border(IID_IDispatch, [&] { return Shared().Names().Find(names, count, identifiers); });
+        return Border(IID_IDispatch, [&] { return Shared().Members().Find(names, count, identifiers); });
     }
 
     STDMETHODIMP Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                         EXCEPINFO* exception, UINT* badArgument) final {
         if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
         return Border(IID_IDispatch, [&] {
-            return InvokeMember(Description(), this, member, flags, arguments, result, exception, badArgument);
+            return Shared().Members().Invoke(this, member, flags, arguments, result, exception, badArgument);
         });
     }
 

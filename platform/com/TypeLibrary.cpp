@@ -1,6 +1,5 @@
 #include "platform/com/TypeLibrary.h"
 
-#include <algorithm>
 #include <memory>
 
 #include "platform/com/Errors.h"
@@ -22,8 +21,6 @@ auto WithAttributes(ITypeInfo* description, Use&& use) {
 
 // The first of those SharedTypeInfos that found their descriptions.
 void* used = nullptr;
-
-wchar_t Lower(wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c; }
 
 ComPtr<ITypeInfo> ImplementedInterface(ITypeInfo* coclass, REFGUID guid) {
     const UINT count = WithAttributes(coclass, [](const TYPEATTR& attributes) { return attributes.cImplTypes; });
@@ -65,48 +62,6 @@ ComPtr<ITypeInfo> FindTypeInfo(REFGUID guid) {
     return {};
 }
 
-NameTable::NameTable(ITypeInfo* description) : description_(description) {
-    const UINT count = WithAttributes(description, [](const TYPEATTR& attributes) { return attributes.cFuncs; });
-    for (UINT index = 0; index < count; ++index) {
-        FUNCDESC* function = nullptr;
-        Check(description->GetFuncDesc(index, &function));
-        const DISPID identifier = function->memid;
-        description->ReleaseFuncDesc(function);
-        Bstr name;
-        UINT named = 0;
-        Check(description->GetNames(identifier, name.put(), 1, &named));
-        identifiers_.emplace(name.get(), identifier);
-    }
-}
-
-HRESULT NameTable::Find(LPOLESTR* names, UINT count, DISPID* identifiers) const {
-    if (count == 1 && names[0]) {
-        const auto found = identifiers_.find(std::wstring_view(names[0]));
-        if (found != identifiers_.end()) {
-            *identifiers = found->second;
-            return S_OK;
-        }
-    }
-    return description_->GetIDsOfNames(names, count, identifiers);
-}
-
-std::size_t NameTable::Hash::operator()(std::wstring_view name) const {
-    std::size_t hash = 0;
-    for (const wchar_t c : name) hash = hash * 31 + Lower(c);
-    return hash;
-}
-
-bool NameTable::Equal::operator()(std::wstring_view one, std::wstring_view other) const {
-    return std::ranges::equal(one, other, {}, Lower, Lower);
-}
-
-HRESULT InvokeMember(ITypeInfo* description, IDispatch* object, DISPID member, WORD flags, DISPPARAMS* arguments,
-                     VARIANT* result, EXCEPINFO* exception, UINT* badArgument) {
-    SetErrorInfo(0, nullptr);
-    if (exception) *exception = {};
-    return description->Invoke(object, member, flags, arguments, result, exception, badArgument);
-}
-
 ITypeInfo* SharedTypeInfo::Get() {
     void* known = InterlockedCompareExchangePointer(&description_, nullptr, nullptr);
     if (!known) {
@@ -120,14 +75,14 @@ ITypeInfo* SharedTypeInfo::Get() {
     return static_cast<ITypeInfo*>(known);
 }
 
-const NameTable& SharedTypeInfo::Names() {
-    void* known = InterlockedCompareExchangePointer(&names_, nullptr, nullptr);
+const MemberTable& SharedTypeInfo::Members() {
+    void* known = InterlockedCompareExchangePointer(&members_, nullptr, nullptr);
     if (!known) {
-        auto made = std::make_unique<NameTable>(Get());
-        known = InterlockedCompareExchangePointer(&names_, made.get(), nullptr);
+        auto made = std::make_unique<MemberTable>(Get());
+        known = InterlockedCompareExchangePointer(&members_, made.get(), nullptr);
         if (!known) known = made.release();
     }
-    return *static_cast<const NameTable*>(known);
+    return *static_cast<const MemberTable*>(known);
 }
 
 void SharedTypeInfo::Remember() {
@@ -140,7 +95,7 @@ void SharedTypeInfo::Remember() {
 
 void SharedTypeInfo::ReleaseAll() {
     for (auto each = static_cast<SharedTypeInfo*>(used); each; each = each->next_) {
-        delete static_cast<NameTable*>(each->names_);
+        delete static_cast<MemberTable*>(each->members_);
         static_cast<ITypeInfo*>(each->description_)->Release();
     }
 }

@@ -1,0 +1,173 @@
+#include "platform/com/MemberTable.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/com/Errors.h"
+#include "platform/com/Text.h"
+#include "platform/com/Variants.h"
+
+namespace com {
+namespace {
+
+constexpr std::size_t MostArguments = 4;
+
+wchar_t Lower(wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c; }
+
+/// The type under which an automation value of the declared type travels; VT_ILLEGAL for what is not plain.
+VARTYPE PlainType(ITypeInfo* description, const TYPEDESC& type) {
+    switch (type.vt) {
+        case VT_I2:
+        case VT_I4:
+        case VT_R4:
+        case VT_R8:
+        case VT_BOOL:
+        case VT_DATE:
+        case VT_BSTR:
+            return type.vt;
+        case VT_USERDEFINED: {
+            ComPtr<ITypeInfo> referred;
+            TYPEATTR* attributes = nullptr;
+            if (FAILED(description->GetRefTypeInfo(type.hreftype, referred.put())) ||
+                FAILED(referred->GetTypeAttr(&attributes))) {
+                return VT_ILLEGAL;
+            }
+            const bool enumeration = attributes->typekind == TKIND_ENUM;
+            referred->ReleaseTypeAttr(attributes);
+            return enumeration ? VT_I4 : VT_ILLEGAL;
+        }
+        default:
+            return VT_ILLEGAL;
+    }
+}
+
+/// Tells the caller what the member has raised.
+HRESULT Raised(HRESULT result, EXCEPINFO* exception) {
+    if (!exception) return DISP_E_EXCEPTION;
+    exception->scode = result;
+    ComPtr<IErrorInfo> information;
+    if (GetErrorInfo(0, information.put()) == S_OK) {
+        information->GetSource(&exception->bstrSource);
+        information->GetDescription(&exception->bstrDescription);
+        information->GetHelpFile(&exception->bstrHelpFile);
+        information->GetHelpContext(&exception->dwHelpContext);
+    }
+    return DISP_E_EXCEPTION;
+}
+
+}  // namespace
+
+MemberTable::MemberTable(ITypeInfo* description) : description_(description) {
+    TYPEATTR* attributes = nullptr;
+    Check(description->GetTypeAttr(&attributes));
+    const UINT count = attributes->cFuncs;
+    description->ReleaseTypeAttr(attributes);
+    for (UINT index = 0; index < count; ++index) {
+        FUNCDESC* function = nullptr;
+        Check(description->GetFuncDesc(index, &function));
+        const DISPID identifier = function->memid;
+        if (auto member = Plain(description, *function)) {
+            plainMembers_.emplace(Key(identifier, function->invkind), std::move(*member));
+        }
+        description->ReleaseFuncDesc(function);
+        Bstr name;
+        UINT named = 0;
+        Check(description->GetNames(identifier, name.put(), 1, &named));
+        identifiers_.emplace(name.get(), identifier);
+    }
+}
+
+HRESULT MemberTable::Find(LPOLESTR* names, UINT count, DISPID* identifiers) const {
+    if (count == 1 && names[0]) {
+        const auto found = identifiers_.find(std::wstring_view(names[0]));
+        if (found != identifiers_.end()) {
+            *identifiers = found->second;
+            return S_OK;
+        }
+    }
+    return description_->GetIDsOfNames(names, count, identifiers);
+}
+
+HRESULT MemberTable::Invoke(IDispatch* object, DISPID identifier, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                            EXCEPINFO* exception, UINT* badArgument) const {
+    if (exception) *exception = {};
+    const auto member = arguments ? FindPlain(identifier, flags, *arguments) : nullptr;
+    return member ? Call(object, *member, *arguments, result, exception)
+                  : description_->Invoke(object, identifier, flags, arguments, result, exception, badArgument);
+}
+
+std::size_t MemberTable::Hash::operator()(std::wstring_view name) const {
+    std::size_t hash = 0;
+    for (const wchar_t c : name) hash = hash * 31 + Lower(c);
+    return hash;
+}
+
+bool MemberTable::Equal::operator()(std::wstring_view one, std::wstring_view other) const {
+    return std::ranges::equal(one, other, {}, Lower, Lower);
+}
+
+std::optional<MemberTable::PlainMember> MemberTable::Plain(ITypeInfo* description, const FUNCDESC& function) {
+    const auto count = static_cast<std::size_t>(function.cParams);
+    if (function.callconv != CC_STDCALL || function.cParamsOpt != 0 || count > MostArguments) return {};
+    PlainMember member{static_cast<ULONG_PTR>(function.oVft), {}, function.elemdescFunc.tdesc.vt};
+    if (member.result != VT_VOID && member.result != VT_VARIANT) {
+        member.result = PlainType(description, function.elemdescFunc.tdesc);
+    }
+    for (std::size_t index = 0; index < count; ++index) {
+        const auto& parameter = function.lprgelemdescParam[index];
+        if (parameter.paramdesc.wParamFlags != PARAMFLAG_FIN) return {};
+        member.arguments.push_back(PlainType(description, parameter.tdesc));
+    }
+    const bool plain = member.result != VT_ILLEGAL && std::ranges::count(member.arguments, VT_ILLEGAL) == 0;
+    return plain ? std::optional(std::move(member)) : std::nullopt;
+}
+
+std::uint64_t MemberTable::Key(DISPID identifier, unsigned kind) {
+    return std::uint64_t{kind} << 32 | static_cast<std::uint32_t>(identifier);
+}
+
+// Only when each argument comes in its very type: conversions are the type description's.
+const MemberTable::PlainMember* MemberTable::FindPlain(DISPID identifier, WORD flags,
+                                                       const DISPPARAMS& arguments) const {
+    for (const unsigned kind : {INVOKE_PROPERTYGET, INVOKE_FUNC, INVOKE_PROPERTYPUT}) {
+        if ((flags & kind) == 0) continue;
+        const auto found = plainMembers_.find(Key(identifier, kind));
+        if (found == plainMembers_.end()) continue;
+        const auto& types = found->second.arguments;
+        const bool put = kind == INVOKE_PROPERTYPUT;
+        if (arguments.cArgs != types.size() || arguments.cNamedArgs != (put ? 1U : 0U)) return nullptr;
+        if (put && arguments.rgdispidNamedArgs[0] != DISPID_PROPERTYPUT) return nullptr;
+        for (std::size_t index = 0; index < types.size(); ++index) {
+            if (arguments.rgvarg[types.size() - 1 - index].vt != types[index]) return nullptr;
+        }
+        return &found->second;
+    }
+    return nullptr;
+}
+
+HRESULT MemberTable::Call(IDispatch* object, const PlainMember& member, const DISPPARAMS& arguments, VARIANT* result,
+                          EXCEPINFO* exception) {
+    std::array<VARTYPE, MostArguments + 1> types;
+    std::array<VARIANTARG*, MostArguments + 1> values;
+    UINT count = arguments.cArgs;
+    for (UINT index = 0; index < count; ++index) {
+        types[index] = member.arguments[index];
+        values[index] = &arguments.rgvarg[count - 1 - index];
+    }
+    Variant handed, returned, pointer;
+    if (member.result != VT_VOID) {
+        pointer.vt = static_cast<VARTYPE>(VT_BYREF | member.result);
+        pointer.byref = member.result == VT_VARIANT ? static_cast<void*>(&handed) : &handed.llVal;
+        types[count] = pointer.vt;
+        values[count++] = &pointer;
+    }
+    const HRESULT called =
+        DispCallFunc(object, member.offset, CC_STDCALL, VT_ERROR, count, types.data(), values.data(), &returned);
+    if (FAILED(called)) return called;
+    if (member.result != VT_VOID && member.result != VT_VARIANT) handed.vt = member.result;
+    if (FAILED(returned.scode)) return Raised(returned.scode, exception);
+    if (result) *result = handed.Detach();
+    return S_OK;
+}
+
+}  // namespace com
