@@ -132,10 +132,10 @@ std::optional<double> StrictNumber(std::string_view text) {
 }
 
 bool ToBoolean(std::string_view text) {
+    if (const auto number = StrictNumber(text)) return *number != 0.0;
     const auto word = LowerCase(Trim(text));
     if (word == "true") return true;
     if (word == "false") return false;
-    if (const auto number = StrictNumber(text)) return *number != 0.0;
     RaiseTypeMismatch();
 }
 
