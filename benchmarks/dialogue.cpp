@@ -114,6 +114,7 @@ void ReadAtOnce(bool bare, const std::vector<std::string>& ports, const std::str
     const auto before = MemoryInUse();
     std::atomic<bool> go = false, stop = false;
     std::vector<std::unique_ptr<Reader>> readers;
+    readers.reserve(ports.size());
     for (const auto& port : ports) readers.push_back(std::make_unique<Reader>(bare, port, go, stop));
     for (const auto& reader : readers) {
         while (!reader->ready) std::this_thread::sleep_for(std::chrono::milliseconds(1));
