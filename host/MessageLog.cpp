@@ -89,19 +89,15 @@ std::string MessageLog::FileName() {
 
 void MessageLog::SetFileName(std::string_view fileName) {
     std::ofstream file;
-    std::size_t size = 0;
     if (!fileName.empty()) {
         file.open(ToPath(fileName), std::ios::app | std::ios::binary);
         if (!file) {
             throw platform::AutomationError(platform::PathFileAccessError, "Seamlib.clsMessageLog",
                                             "The log file " + std::string(fileName) + " cannot be opened for writing");
         }
-        file.seekp(0, std::ios::end);
-        if (const auto end = file.tellp(); end > 0) size = static_cast<std::size_t>(end);
     }
     const std::lock_guard lock(mutex_);
     file_ = std::move(file);
-    fileSize_ = size;
     fileName_ = fileName;
 }
 
@@ -113,13 +109,11 @@ void MessageLog::WriteLine(std::string_view duration, std::int16_t kind, std::st
     line += '\n';
     file_ << line << std::flush;
     file_.clear();  // a full disk must not end the log for good
-    fileSize_ += line.size();
-    if (fileSize_ >= fileLimit_) {
+    if (const auto size = file_.tellp(); size >= 0 && static_cast<std::size_t>(size) >= fileLimit_) {
         file_.close();
         std::error_code ignored;
         std::filesystem::rename(ToPath(fileName_), ToPath(fileName_ + ".1"), ignored);
         file_.open(ToPath(fileName_), std::ios::trunc | std::ios::binary);
-        fileSize_ = 0;
     }
 }
 

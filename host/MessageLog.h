@@ -44,7 +44,6 @@ class MessageLog : public platform::MessageLog {
     std::deque<std::string> entries_;
     std::string fileName_;
     std::ofstream file_;
-    std::size_t fileSize_ = 0;
 };
 
 }  // namespace host

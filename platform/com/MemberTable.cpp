@@ -108,7 +108,7 @@ bool MemberTable::Equal::operator()(std::wstring_view one, std::wstring_view oth
 
 std::optional<MemberTable::PlainMember> MemberTable::Plain(ITypeInfo* description, const FUNCDESC& function) {
     const auto count = static_cast<std::size_t>(function.cParams);
-    if (function.callconv != CC_STDCALL || function.cParamsOpt != 0 || count > MostArguments) return {};
+    if (function.callconv != CC_STDCALL || count > MostArguments) return {};
     PlainMember member{static_cast<ULONG_PTR>(function.oVft), {}, function.elemdescFunc.tdesc.vt};
     if (member.result != VT_VOID && member.result != VT_VARIANT) {
         member.result = PlainType(description, function.elemdescFunc.tdesc);

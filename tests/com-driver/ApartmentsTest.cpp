@@ -9,10 +9,6 @@
 
 namespace {
 
-struct Session : OnLine {
-    void TestBody() override {}
-};
-
 /// Runs something in threads, each in an apartment of that kind, while this one handles the calls that arrive.
 void InThreads(int count, const std::function<COINIT(int)>& apartment, const std::function<void(int)>& use) {
     std::atomic<int> running = count;

@@ -141,6 +141,12 @@ void Select(IDriverSetup* setup, const std::vector<std::pair<std::string, platfo
     }
 }
 
+std::string Echoes() {
+    std::string answer = "READ:DVBT:IRESPONSE:PEAK? = ";
+    for (int echo = 1; echo <= 25; ++echo) answer += std::to_string(echo) + ".5," + std::to_string(100 + echo) + ",";
+    return answer.substr(0, answer.size() - 1);
+}
+
 OnLine::OnLine() {
     Select(setup.get(), {{"Remote Control", std::string("TCP/IP")},
                          {"TCP/IP.Host", std::string("127.0.0.1")},

@@ -70,6 +70,9 @@ VARIANT Reference(VARIANT* variable);
 /// Gives settings of an off-line driver their values, by their paths.
 void Select(IDriverSetup* setup, const std::vector<std::pair<std::string, platform::Value>>& values);
 
+/// An exchange for Peer: an impulse response whose echo n has n.5 dB and 100 + n microseconds.
+std::string Echoes();
+
 /// A registered driver, on-line with a scripted instrument. Creating a driver takes a serial port that opens; the Wine
 /// prefix has to offer one.
 class OnLine : public testing::Test {
@@ -91,6 +94,11 @@ class OnLine : public testing::Test {
     Peer peer;
     ComPtr<_clsTarn4x> driver = Create<_clsTarn4x>(CLSID_clsTarn4x);
     ComPtr<IDriverSetup> setup = driver.As<IDriverSetup>();
+};
+
+/// One that is no test of its own.
+struct Session : OnLine {
+    void TestBody() override {}
 };
 
 /// A call through the function table that has to send that line.

@@ -15,7 +15,8 @@ namespace {
 // ---- What the members need and what they raise ----
 
 constexpr unsigned QueryFailed = 0x800407D4, CommandFailed = 0x800407D5, BadMeasureMode = 0x800407E0,
-                   BadInputPort = 0x800407E2, BadCodeRateMode = 0x800407E9, AlreadyOffLine = 0x800A07D3;
+                   BadInputPort = 0x800407E2, BadCodeRateMode = 0x800407E9, AlreadyOnLine = 0x800A07D2,
+                   AlreadyOffLine = 0x800A07D3;
 constexpr LONG Manual = 1, Automatic = 0;
 constexpr LONG UnsuitableMode = 15, UnsuitablePort = 128;  // IR_2, IF
 
@@ -223,21 +224,15 @@ Slot SlotOf(ITypeInfo* table, const FUNCDESC& function, int face) {
 
 // ---- The walk ----
 
-const Slot& Find(const std::vector<Slot>& slots, const std::string& member) {
-    const auto found = std::ranges::find(slots, member, &Slot::Text);
-    if (found == slots.end()) throw std::logic_error("no member " + member);
-    return *found;
-}
-
 /// Calls that have to succeed on the way.
 class Steps {
   public:
     Steps(const std::vector<Slot>& slots, Walker& walker) : slots_(slots), walker_(walker) {}
 
-    void Set(const char* member, LONG value) {
+    void Set(const char* member, LONG value, const Failure& expected = {}) {
         Slot slot = Find(slots_, std::string("put ") + member);
         slot.parameters.back().value = value;
-        walker_.Call(slot, {});
+        walker_.Call(slot, expected);
     }
     void Reset() { walker_.Call(Find(slots_, "call Reset"), {}); }
     void GoOnLine() { Set("OnLine", VARIANT_TRUE); }
@@ -307,6 +302,7 @@ void Walk(const std::vector<Slot>& slots, Walker& walker) {
 
     walker.Begin("unsuitable");
     steps.GoOnLine();
+    steps.Set("OnLine", VARIANT_TRUE, {AlreadyOnLine, Source("OnLine"), "Driver already on-line"});
     steps.Set("MeasureMode", UnsuitableMode);
     steps.Set("InputPort", UnsuitablePort);
     steps.Set("StatusOfdmCodeRateMode", Automatic);
@@ -314,6 +310,12 @@ void Walk(const std::vector<Slot>& slots, Walker& walker) {
         if (const auto expected = Unsuited(slot.Text()); expected.result != S_OK) walker.Call(slot, expected);
     }
     steps.GoOffLine();
+}
+
+const Slot& Find(const std::vector<Slot>& slots, const std::string& member) {
+    const auto found = std::ranges::find(slots, member, &Slot::Text);
+    if (found == slots.end()) throw std::logic_error("no member " + member);
+    return *found;
 }
 
 std::vector<Behind> BehindAnother(const std::vector<Slot>& slots) {

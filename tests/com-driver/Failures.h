@@ -40,6 +40,9 @@ struct Slot {
 /// Every slot of the driver's interfaces, read from the type library of that driver component.
 std::vector<Slot> SlotsOf(const std::wstring& component);
 
+/// The one with that text.
+const Slot& Find(const std::vector<Slot>& slots, const std::string& member);
+
 /// Makes the calls of a walk, or writes them down.
 class Walker {
   public:

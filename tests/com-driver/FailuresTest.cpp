@@ -1,6 +1,7 @@
 #include "tests/com-driver/Bench.h"
 
-// Every member of the driver, failing and succeeding, through the function table and through Invoke.
+// Every member of the driver, failing and succeeding, and every kind of argument and result, through the function table
+// and through Invoke.
 
 namespace {
 
@@ -25,8 +26,12 @@ VARIANT ArgumentOf(const Slot::Parameter& parameter) {
     return value;
 }
 
+constexpr LONGLONG Poison = 0x5555555555555555;
+
 struct ThroughTable {
-    static Failure Call(IDispatch* object, const Slot& slot) {
+    /// With a null pointer for the parameter, if one is given.
+    static Failure Call(IDispatch* object, const Slot& slot, com::Variant& result,
+                        const Slot::Parameter* without = nullptr) {
         std::vector<com::Variant> values;
         std::vector<VARIANT> passed;
         for (const auto& parameter : slot.parameters) {
@@ -34,14 +39,17 @@ struct ThroughTable {
             values.emplace_back(input ? ArgumentOf(parameter) : VARIANT{});
         }
         for (std::size_t index = 0; index < values.size(); ++index) {
+            const auto& parameter = slot.parameters[index];
             passed.push_back(values[index]);
-            if (!slot.parameters[index].reference) continue;
+            if (!parameter.reference) continue;
             // What comes is freed with the values.
             VARIANT& value = values[index];
-            value.vt = slot.parameters[index].type;
+            value.vt = parameter.type;
+            if (parameter.result) value.llVal = Poison;
             passed.back().vt = VT_BYREF | value.vt;
             passed.back().byref = value.vt == VT_VARIANT ? static_cast<void*>(&value) : &value.byref;
             if (value.vt == VT_VARIANT) VariantInit(&value);
+            if (&parameter == without) passed.back().byref = nullptr;
         }
         std::vector<VARTYPE> types;
         std::vector<VARIANT*> arguments;
@@ -49,16 +57,30 @@ struct ThroughTable {
             types.push_back(value.vt);
             arguments.push_back(&value);
         }
-        com::Variant result;
+        com::Variant called;
         EXPECT_EQ(DispCallFunc(object, slot.offset, CC_STDCALL, VT_ERROR, static_cast<UINT>(types.size()), types.data(),
-                               arguments.data(), &result),
+                               arguments.data(), &called),
                   S_OK);
-        return TakeFailure(result.scode);
+        if (!slot.parameters.empty() && slot.parameters.back().result) {
+            VARIANT& value = values.back();
+            if (FAILED(called.scode)) {
+                // Numbers and Booleans stay as they were; what a caller would free is empty.
+                const bool freed = value.vt == VT_BSTR || value.vt == VT_DISPATCH;
+                if (freed && !without) {
+                    EXPECT_EQ(value.byref, nullptr) << slot.Text();
+                } else if (value.vt != VT_EMPTY) {
+                    EXPECT_EQ(value.llVal, Poison) << slot.Text();
+                }
+                value.vt = VT_EMPTY;
+            }
+            result = std::move(values.back());
+        }
+        return TakeFailure(called.scode);
     }
 };
 
 struct ThroughInvoke {
-    static Failure Call(IDispatch* object, const Slot& slot) {
+    static Failure Call(IDispatch* object, const Slot& slot, com::Variant& result) {
         std::vector<com::Variant> inputs;
         std::vector<VARIANT> arguments;
         com::Variant bytes;
@@ -76,6 +98,7 @@ struct ThroughInvoke {
         } else {
             script.Get(name.c_str(), arguments);
         }
+        result = std::move(script.result);
         return script.raised;
     }
 };
@@ -94,7 +117,8 @@ class Calls : public Walker {
 
     void Call(const Slot& slot, const Failure& expected) override {
         LeaveStaleInformation();
-        EXPECT_EQ(Way::Call(faces_[slot.face].get(), slot), expected) << slot.Text() << ", " << state_;
+        com::Variant result;
+        EXPECT_EQ(Way::Call(faces_[slot.face].get(), slot, result), expected) << slot.Text() << ", " << state_;
         ComPtr<IErrorInfo> left;
         EXPECT_EQ(GetErrorInfo(0, left.put()), S_FALSE) << slot.Text() << ", " << state_;
         ++(expected.result == S_OK ? succeeded : failed);
@@ -121,10 +145,6 @@ TYPED_TEST(EveryMember, RaisesItsErrorAndLeavesNothingBehindASuccess) {
     std::printf("%d calls failed, %d succeeded\n", calls.failed, calls.succeeded);
 }
 
-struct Session : OnLine {
-    void TestBody() override {}
-};
-
 TYPED_TEST(EveryMember, RaisesItsErrorWithThatOfTheInstrumentBehindItsChecks) {
     Session session;
     session.peer.Answers(
@@ -137,7 +157,81 @@ TYPED_TEST(EveryMember, RaisesItsErrorWithThatOfTheInstrumentBehindItsChecks) {
         ASSERT_EQ(session.driver->put_MeasureMode(static_cast<TarnMeasureModes>(behind.mode)), S_OK);
         session.peer.Answers(behind.port == tarnDemod ? "ROUTE:ISELECT? = DEM" : "ROUTE:ISELECT? = RF");
         session.peer.BreaksProtocolAfter(behind.line, behind.times);
-        EXPECT_EQ(TypeParam::Call(session.driver.get(), behind.slot), behind.expected) << behind.slot.Text();
+        com::Variant result;
+        EXPECT_EQ(TypeParam::Call(session.driver.get(), behind.slot, result), behind.expected) << behind.slot.Text();
+    }
+}
+
+TEST(FunctionTable, RefusesMissingOutputs) {
+    const auto driver = Create<IDispatch>(CLSID_clsTarn4x);
+    for (const auto& slot : SlotsOf(ComponentFile(L"XTarn4x"))) {
+        if (slot.face != DriverFace) continue;
+        for (const auto& parameter : slot.parameters) {
+            com::Variant result;
+            if (!parameter.reference) continue;
+            EXPECT_EQ(ThroughTable::Call(driver.get(), slot, result, &parameter),
+                      (Failure{static_cast<unsigned>(E_POINTER), "", ""}))
+                << slot.Text();
+        }
+    }
+}
+
+const struct Use {
+    const char* member;
+    std::vector<LONG> arguments;
+    std::string line;  ///< a query and its answer, or a command
+    VARTYPE type;
+    const char* result;
+} uses[] = {
+    {"put RF", {474000000}, "SENS:FREQ:CENT  474000000", VT_EMPTY, ""},
+    {"put MeasureCdSymbolCount", {99999}, "SENS:DVBT:INT:COUN 99999", VT_EMPTY, ""},
+    {"put SetupLevelUnit", {3}, "UNIT:LEVEL:POWER DBM", VT_EMPTY, ""},
+    {"put SetupDate", {46096}, "SYST:DATE 26,3,15", VT_EMPTY, ""},
+    {"call MeasureResetBer", {}, "SENS:DVBT:BER:RES", VT_EMPTY, ""},
+    {"put MeasureMode", {18}, "SENS:DVBT:MEAS PAR", VT_EMPTY, ""},
+    {"call MeasureOfdmCarrierRange", {10, 1704}, "SENSE:DVBT:CARRIER:START_STOP  10, 1704", VT_EMPTY, ""},
+    {"put StatusOfdmCodeRate", {0, 2}, "SENSE:DVBT:CODE:RATE:LP 3,4", VT_EMPTY, ""},
+    {"get StatusOfdmCodeRate", {1}, "SENSE:DVBT:CODE:RATE:HP? = 7,8", VT_I4, "4"},
+    {"get MeasureTsBitrate", {}, "READ:DVBT:TS:BITRATE? = 22.39", VT_R8, "22.39"},
+    {"get MeasureBitrateOffset", {}, "READ:DVBT:BITRATE:OFFSET? = -1.5", VT_R8, "-1.5"},
+    {"get MeasureCdSymbolCount", {}, "SENS:DVBT:INT:COUN? = 70000", VT_I4, "70000"},
+    {"get MeasureOfdmAverage", {}, "READ:DVBT:AVERAGE:PROGRESS? = 3.5", VT_I2, "4"},
+    {"get MeasureFftMode", {}, "READ:DVBT:FFT:MODE? = 8K", VT_I4, "1"},
+    {"get StateSignal", {}, "READ:SIGN:RF? = OK", VT_BOOL, "-1"},
+    {"get MeasureMpegTsUnSync", {}, "READ:DVBT:MPEG:TS:LOCKED? = 1", VT_BOOL, "0"},
+    {"get SetupTime", {}, "SYST:TIME? = 18,45,0", VT_DATE, "0.78125"},
+    {"get SerialNumber", {}, "*IDN? = VANTERRA,TARN,100123,5.05", VT_BSTR, "100123"},
+    {"get MeasureBerAfterRS", {}, "READ:DVBT:BER:ARS? = <0.5 (est)", VT_R8, "0.5"},
+    {"get Prefix", {}, "", VT_BSTR, "<"},
+    {"get Postfix", {}, "", VT_BSTR, "(est)"},
+    {"get ResponseString", {}, "", VT_BSTR, "<0.5 (est)"},
+    {"call FormatFftMode", {1}, "", VT_BSTR, "8K"},
+    {"call FormatGuardInterval", {16}, "", VT_BSTR, "'1/16'"},
+    {"call FormatOrderOfQam", {64}, "", VT_BSTR, "64QAM"},
+    {"call FormatAlpha", {2}, "", VT_BSTR, "alpha = 2"},
+    {"call FormatCodeRate", {2}, "", VT_BSTR, "'3/4'"},
+    {"call ValueCodeRate", {4}, "", VT_R8, "0.875"},
+    {"put MeasureMode", {14}, "SENS:DVBT:MEAS IR_1", VT_EMPTY, ""},
+    {"get ImpulseResponseAtten", {25}, Echoes(), VT_R8, "25.5"},
+    {"get ImpulseResponseDelay", {25}, "", VT_R8, "125"},
+};
+
+TYPED_TEST(EveryMember, TakesArgumentsAndGivesItsResult) {
+    Session session;
+    session.peer.Answers("SENSE:DVBT:CODE:RATE:MODE? = MAN | READ:DVBT:FFT:MODE? = 2K");
+    for (const auto& use : uses) {
+        auto slot = Find(this->slots, use.member);
+        for (std::size_t n = 0; n < use.arguments.size(); ++n) slot.parameters[n].value = use.arguments[n];
+        const bool reads = use.line.find(" = ") != use.line.npos;
+        if (reads) session.peer.Answers(use.line);
+        com::Variant result;
+        EXPECT_EQ(TypeParam::Call(session.driver.get(), slot, result), Failure{}) << use.member;
+        EXPECT_TRUE(reads || use.line.empty() || session.peer.Received(use.line)) << use.line;
+        EXPECT_EQ(result.vt, use.type) << use.member;
+        if (result.vt != VT_BSTR && result.vt != VT_EMPTY) {
+            EXPECT_EQ(VariantChangeType(&result, &result, 0, VT_R8), S_OK);
+        }
+        EXPECT_EQ(com::TextOf(result), use.result) << use.member;
     }
 }
 

@@ -167,4 +167,18 @@ TEST(Components, StayForWhatIsHeld) {
     }
 }
 
+TEST(Components, StayForStatisticsThatOutlastTheirDriver) {
+    const Module module(L"XTarn4x");
+    ComPtr<_clsStatistics> statistics;
+    {
+        Session session;
+        session.peer.Answers("READ:DVBT:ALAR:STAT? = 0:0:0,0:0:0,,0:0:0,,0:0:0,,0:0:0,,0:0:0,,0:0:0,,1,2,3");
+        ASSERT_EQ(session.driver->get_AlarmStatistics(statistics.put()), S_OK);
+    }
+    EXPECT_EQ(Script(statistics.get()).Value(L"MpegDataErrorCntAfterRs").dblVal, 3.0);
+    EXPECT_EQ(module.CanUnload(), S_FALSE);
+    statistics = {};
+    EXPECT_EQ(module.CanUnload(), S_OK);
+}
+
 }  // namespace

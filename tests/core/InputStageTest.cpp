@@ -3,7 +3,6 @@
 using namespace tarn4x::test;
 
 const std::string Rf = "ROUTE:ISELECT? = RF", Demod = "ROUTE:ISELECT? = DEM", If = "ROUTE:ISELECT? = IF";
-const std::string WrongPort = ": Wrong input port selected";
 
 /// A bench on the RF input whose options are known; bit 0 is TARN-B3, the impedance option.
 struct InputBench : Bench {
@@ -61,7 +60,6 @@ TEST(InputAttenuationValue, IsTheAttenuationInUse) {
     CHECK(bench, Rf + " | INPUT:ATTENUATION? = 55", get_InputAttenuationValue(), tarnAtten55);
     CHECK(bench, Rf + " | INPUT:ATTENUATION? = 60 or 55", get_InputAttenuationValue_Receiver(),
           GetFailed("InputAttenuationValue_Receiver"));
-    CHECK(bench, Demod, get_InputAttenuationValue_Receiver(), "+2018 .InputAttenuationValue_Receiver" + WrongPort);
 }
 
 TEST(InputAttenuationMode, HasItsOwnCommandsForEachReceiverPort) {
@@ -88,7 +86,8 @@ TEST(InputAttenuationMode, ReadsEitherSetOfWords) {
     CHECK(option, Rf + " | INPUT:ATTENUATION:IMP? = O75 | INP:ATT:REC? = HIGH", get_InputAttenuationMode_Receiver(),
           member + ": Device reported an unrecognised demod attenuator setting (HIGH)");
     option.world->Abort = true;  // lets nothing pass here
-    CHECK(option, Demod, get_InputAttenuationMode_Receiver(), "+2018 .InputAttenuationMode_Receiver" + WrongPort);
+    CHECK(option, Demod, get_InputAttenuationMode_Receiver(),
+          "+2018 .InputAttenuationMode_Receiver: Wrong input port selected");
 }
 
 TEST(DemodAttenuation, MapsItsWordsOnTheDemodulatorPort) {
@@ -105,8 +104,6 @@ TEST(DemodAttenuation, MapsItsWordsOnTheDemodulatorPort) {
     }
     CHECK(bench, demod + "? = AUTO?", get_InputAttenuation_Demod(),
           "+380 " + member + ": Device reported an unrecognised demod attenuator setting (AUTO?)");
-    CHECK(bench, If, get_InputAttenuation_Demod(), "+2018 " + member + WrongPort);
-    CHECK(bench, If, put_InputAttenuation_Demod(tarnDemodAttenAuto), "+2018 " + member + WrongPort);
 }
 
 TEST(DemodAttenuationValue, NeedsItsFirmware) {
@@ -117,5 +114,4 @@ TEST(DemodAttenuationValue, NeedsItsFirmware) {
     CHECK(bench, "*IDN? = VANTERRA,TARN,100,5.05 | " + query + "12", get_InputAttenuationValue_Demod(), 12);
     CHECK(bench, query + "3", get_InputAttenuationValue_Demod(),
           "+380 " + member + ": Device reported an unrecognised demod attenuator setting (3)");
-    CHECK(bench, If, get_InputAttenuationValue_Demod(), "+2018 " + member + WrongPort);
 }

@@ -8,7 +8,6 @@ struct NumberMember {
     const char* Query;
     std::vector<TarnMeasureModes> Modes = {};  // empty: any
     const char* ModeSource = nullptr;          // another member that the mode error names
-    const char* FailsAs = nullptr;             // another member that failures name
     double Factor = 1.0;
 };
 
@@ -21,13 +20,13 @@ constexpr auto Average = "MeasureOfdmAverage";
 // clang-format off
 const NumberMember Numbers[] = {
     {NUMBER(MeasureTsBitrate), "READ:DVBT:TS:BITRATE?"},
-    {NUMBER(MeasureBitrateOffset), "READ:DVBT:BITRATE:OFFSET?", {}, nullptr, "MeasureTsBitrate"},
+    {NUMBER(MeasureBitrateOffset), "READ:DVBT:BITRATE:OFFSET?"},
     {NUMBER(MeasureTdCcdfCrestFactorMargin), "READ:DVBT:CREST:MARGIN?", Crest},
     {NUMBER(MeasureTdCcdfCrestFactorMax), "READ:DVBT:CREST:MAX?", Crest},
     {NUMBER(MeasureTdCcdfCrestFactorCurrent), "READ:DVBT:CREST:CURRENT?", Crest},
     {NUMBER(MeasureFdSpectrumShoulderLower), "READ:DVBT:SPECTRUM:SHO:LOW?", Shoulders},
     {NUMBER(MeasureFdSpectrumShoulderUpper), "READ:DVBT:SPECTRUM:SHO:UPP?", Shoulders},
-    {NUMBER(MeasureFrequencyOffset), "READ:DVBT:FREQ:OFFSET?", Normal, nullptr, nullptr, 1000.0},
+    {NUMBER(MeasureFrequencyOffset), "READ:DVBT:FREQ:OFFSET?", Normal, nullptr, 1000.0},
     {NUMBER(MeasureRfLevel), "READ:RF:LEVEL?"},
     {NUMBER(MeasureOfdmCarrierSuppression), "READ:DVBT:CARRIER:SUPPRESSION?", Par, Average},
     {NUMBER(MeasureOfdmCarrierSuppressionPhase), "READ:DVBT:CARRIER:SUPPRESSION:PHASE?", Par, Average},
@@ -62,17 +61,6 @@ TEST(Measurements, ReadTheirNumberWithOneDrainAndOneQueryInTheirModesOnly) {
             EXPECT_THAT((std::vector{bench->get_Prefix(), bench->get_Postfix(), bench->get_ResponseString()}),
                         ElementsAre("<", "(est)", "<1.5 (est)"));
         }
-    }
-}
-
-TEST(Measurements, ReportTheirFailures) {
-    for (const auto& member : Numbers) {
-        Bench bench(member.Modes.empty() ? tarnNORM : member.Modes.front());
-        const std::string name = member.FailsAs != nullptr ? member.FailsAs : member.Name;
-        const auto failed = GetFailed(name);
-        bench.Expect(std::string(member.Query) + " ! 2014 | " + member.Query + " ! 2010");
-        EXPECT_OUTCOME((bench.driver.*member.Get)(), failed);
-        EXPECT_OUTCOME((bench.driver.*member.Get)(), failed + Refused);
     }
 }
 

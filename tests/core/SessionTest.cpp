@@ -19,7 +19,6 @@ TEST(GoingOnLine, OpensTheLinkAndPreparesTheInstrument) {
     EXPECT_THAT(bench.world->TimeoutsSet, ElementsAre(5.0F));
     EXPECT_THAT(bench.world->Delays, ElementsAre(1.0F));
     EXPECT_EQ(bench.world->Drains, 2);
-    CHECK(bench, "", put_IDriverSetup_OnLine(true), "2002 .OnLine: Driver already on-line");
     EXPECT_TRUE(bench->get_IDriverSetup_OnLine());
 }
 
@@ -65,7 +64,6 @@ TEST(GoingOffLine, NeverFailsAndRestoresTheStateOfTheApplication) {
         EXPECT_FALSE(bench->get_IDriverSetup_OnLine());
         EXPECT_EQ(bench.world->States, states);
         EXPECT_THAT(bench.world->Delays, ElementsAre(1.0F));
-        CHECK(bench, "", put_IDriverSetup_OnLine(false), "2003 .OnLine: Driver already off-line");
     }
 }
 
@@ -82,12 +80,11 @@ TEST(SerialPorts, AreTriedOneByOneWithoutReports) {
 }
 
 TEST(Reset, RestoresTheTimeoutAndForgetsTheMeasureMode) {
-    Bench bench(tarnPAR), offLine("", false);
+    Bench bench(tarnPAR);
     bench.world->Timeout = 6.0F;
     CHECK(bench, "SYST:RES", Reset(), Done);
     CHECK(bench, "SENS:DVBT:MEAS? = NORM", get_MeasureMode(), tarnNORM);
     CHECK(bench, "SYST:RES ! 2011", Reset(), "+2005 .Reset: Reset failed.  Error : 0,\"No error\"");
     EXPECT_THAT(bench.world->TimeoutsSet, ElementsAre(100.0F, 6.0F, 100.0F, 6.0F));
     EXPECT_THAT(bench.world->Delays, ElementsAre(15.0F));
-    CHECK(offLine, "", Reset(), "+2005 .Reset: Reset failed");
 }

@@ -1,9 +1,8 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
-// The type library as compiled hosts know it, written down by hand: whoever changes it breaks them.
+// The function tables as compiled hosts know them, written down by hand: whoever changes them breaks those hosts.
 
 /// Members in the order of the function table: identifier, "call", "get" or "control" (a write followed by a read),
 /// name, arguments and type.
@@ -87,48 +86,3 @@ inline const std::string StatisticsMembers =
 
 inline const std::string RegisterMembers =
     "60030000 call IRegister_GetClassDescription() As String; 60030001 call IRegister_GetClassName() As String";
-
-struct ExpectedEnumeration {
-    const char* name;
-    const char* values;
-};
-
-// clang-format off
-inline const std::vector<ExpectedEnumeration> Enumerations = {
-    {"ErrorConstants", "xtarnInvalidPropertyValue 380, xtarnArgumentNotOptional 449, xtarnQueryFailed 2004, "
-     "xtarnCommandFailed 2005, xtarnBadMeasureMode 2016, xtarnBadInputPort 2018, xtarnFuntionNotAvailable 2019, "
-     "xtarnBadRemoteControlPort 2024, xtarnBadCodeRateMode 2025"},
-    {"TarnMeasureModes", "tarnUndefined -1, tarnNORM 0, tarnCDI 1, tarnMDB 2, tarnMPCT 3, tarnINT 4, tarnIQ 5, "
-     "tarnAPH 6, tarnAGD 7, tarnPOL 8, tarnSP_1 9, tarnSP_2 10, tarnSP_3 11, tarnADIS 12, tarnCCDF 13, tarnIR_1 14, "
-     "tarnIR_2 15, tarnIR_3 16, tarnHIST 17, tarnPAR 18, tarnCENV 19"},
-    {"TarnModes", "tarnNYQI 1, tarnNYQM 2, tarnNYQN 3, tarnQAM 4, tarnQAMA 5, tarnJ83A 6, tarnJ83B 7, tarnJ83C 8, "
-     "tarnMPEG 9, tarnM83A 10, tarnM83B 11, tarnM83C 12, tarnDVBT 13, tarnATSC 14, tarnNTSC 15"},
-    {"TarnInputPorts", "tarnReceiver 2, tarnDemod 4, tarnIF 128, tarnReceiver50ohm 50, tarnReceiver75ohm 75"},
-    {"TarnInputAttenuations", "tarnAttenAuto 255, tarnAtten00 0, tarnAtten05 5, tarnAtten10 10, tarnAtten15 15, "
-     "tarnAtten20 20, tarnAtten25 25, tarnAtten30 30, tarnAtten35 35, tarnAtten40 40, tarnAtten45 45, tarnAtten50 "
-     "50, tarnAtten55 55"},
-    {"TarnStatusOrderOfQams", "tarnQamUnknown -1, tarnQam4 4, tarnQam16 16, tarnQam64 64"},
-    {"TarnDemodAttenuations", "tarnDemodAttenAuto 1, tarnDemodManualLowAtten 2, tarnDemodManualLowPreamp 3, "
-     "tarnDemodManualHigh 4"},
-    {"TarnDemodAttenVals", "tarnDAVManualLowPreamp 0, tarnDAVManualLowAtten 1, tarnDAVManualHigh 2, "
-     "tarnDAVAutoLowPreamp 10, tarnDAVAutoLowAtten 11, tarnDAVAutoHigh 12"},
-    {"TarnRxAttenModes", "tarnRxAttenLoNoise 0, tarnRxAttenNormal 1, tarnRxAttenLoDistn 2, tarnRxAttenLowestDistn 3"},
-    {"TarnSetupLevelUnits", "tarnDBMV 0, tarnDBPW 1, tarnDBUW 2, tarnDBM 3, tarnDBUV 4, tarnMV 5"},
-    {"TarnStatusSawFilterBWs", "tarnSawOFF 0, tarnSaw6MHz 6, tarnSaw7MHz 7, tarnSaw8MHz 8"},
-    {"TarnStatusChannelBWs", "tarnCh6MHz 6, tarnCh7MHz 7, tarnCh8MHz 8"},
-    {"TarnSpecFuncMinBerIntegrations", "tarnBerEXT 0, tarnBer1 1, tarnBer10 10, tarnBer100 100, tarnBer1000 1000"},
-    {"TarnSpecFuncEqualizers", "tarnEqualizerOff 0, tarnEqualizerOn 1, tarnEqualizerFreeze 2"},
-    {"TarnReferenceSources", "tarnInternal 0, tarnExternal 1"},
-    {"TarnStatusFftModes", "tarnFftUnknown -1, tarn2k 0, tarn8k 1"},
-    {"TarnStatusOfdmCodeRateModes", "tarnAuto 0, tarnMan 1, tarnTps 2"},
-    {"TarnStatusHierarchicalModes", "tarnLow 0, tarnHigh 1"},
-    {"TarnStatusGuardIntervals", "tarnGiUnknown -1, tarn1_4 4, tarn1_8 8, tarn1_16 16, tarn1_32 32"},
-    {"TarnStatusCodeRates", "tarnCrUnknown -1, tarn1_2 0, tarn2_3 1, tarn3_4 2, tarn5_6 3, tarn7_8 4"},
-    {"TarnStatusAlphas", "tarnAlphaUnknown -1, tarn1NH 0, tarn1H 1, tarn2H 2, tarn4H 3"},
-    {"TarnSpecFuncSystOptims", "tarnMobile 0, tarnFastSfn 1, tarnSlowHighNoise 2, tarnSlowLab 3"},
-    {"TarnSpecFuncLoopBandwidths", "tarnLbsLo 0, tarnLbsMed 1, tarnLbsHi 2"},
-    {"TarnSwitchStates", "tarnOff 0, tarnOn 1"},
-    {"TarnFdSpectrumDetectors", "tarnMIN 0, tarnRMS 1, tarnMAX 2"},
-    {"TarnScreenShotModes", "tarnCapture 1, tarnTransfer 2, tarnIncludeHeader 4"},
-};
-// clang-format on

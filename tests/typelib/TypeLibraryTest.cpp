@@ -152,29 +152,6 @@ TEST_F(TypeLibrary, HasTheMembersInTableOrder) {
     }
 }
 
-TEST_F(TypeLibrary, HasTheValuesOfEnumerationsInDeclarationOrder) {
-    EXPECT_EQ(Enumerations.size(), 26U);
-    for (const auto& expected : Enumerations) {
-        const auto enumeration = Type(expected.name);
-        ASSERT_TRUE(enumeration) << expected.name;
-        EXPECT_NE(Describe(enumeration.get(), MEMBERID_NIL).help, "") << expected.name;
-        const TYPEATTR attributes = AttributesOf(enumeration.get());
-        EXPECT_EQ(attributes.typekind, TKIND_ENUM);
-        std::string values;
-        for (UINT index = 0; index < attributes.cVars; ++index) {
-            VARDESC* value = nullptr;
-            ASSERT_HRESULT_SUCCEEDED(enumeration->GetVarDesc(index, &value));
-            const auto documentation = Describe(enumeration.get(), value->memid);
-            EXPECT_NE(documentation.help, "") << documentation.name;
-            ASSERT_EQ(value->varkind, VAR_CONST);
-            EXPECT_EQ(value->lpvarValue->vt, VT_I4);
-            values += (index == 0 ? "" : ", ") + documentation.name + ' ' + std::to_string(value->lpvarValue->lVal);
-            enumeration->ReleaseVarDesc(value);
-        }
-        EXPECT_EQ(values, expected.values) << expected.name;
-    }
-}
-
 TEST_F(TypeLibrary, DefinesNothingElse) {
     std::map<TYPEKIND, std::size_t> counts;
     for (UINT index = 0; index < library->GetTypeInfoCount(); ++index) {

@@ -28,10 +28,6 @@ Sub CheckTrue(name, condition)
     Verdict name, condition, "is not so"
 End Sub
 
-Sub CheckClose(name, actual, expected, tolerance)
-    Verdict name, Abs(actual - expected) <= tolerance, "got " & actual & ", not about " & expected
-End Sub
-
 ' The error that the statement before has left; it is taken away.
 Sub CheckError(name, number, source, description)
     Verdict name, Err.Number = number And Err.Source = source And Err.Description = description, _
