@@ -1,5 +1,6 @@
 #include "com/DriverFace.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -416,14 +417,15 @@ constexpr DISPID BytesPosition = 1;  // ScreenShot(udtMode, bytBuffer)
 // ScreenShot go into an array on the way.
 class ScriptArguments {
   public:
-    ScriptArguments(DISPID member, const DISPPARAMS& given)
-        : values_(given.rgvarg, given.rgvarg + given.cArgs), arguments_(given) {
+    ScriptArguments(DISPID member, const DISPPARAMS& given) : arguments_(given) {
+        if (std::none_of(given.rgvarg, given.rgvarg + given.cArgs, Refers)) return;
+        values_.assign(given.rgvarg, given.rgvarg + given.cArgs);
         arguments_.rgvarg = values_.data();
         for (UINT index = 0; index < given.cArgs; ++index) {
             VARIANT& value = values_[index];
-            if (value.vt != (VT_BYREF | VT_VARIANT)) continue;
+            if (!Refers(value)) continue;
             VARIANT* variable = value.pvarVal;
-            while (variable->vt == (VT_BYREF | VT_VARIANT)) variable = variable->pvarVal;
+            while (Refers(*variable)) variable = variable->pvarVal;
             if (member == ScreenShotIdentifier && Position(given, index) == BytesPosition) {
                 target_ = variable;
                 value.vt = VT_BYREF | VT_ARRAY | VT_UI1;
@@ -450,6 +452,8 @@ class ScriptArguments {
     }
 
   private:
+    static bool Refers(const VARIANT& value) { return value.vt == (VT_BYREF | VT_VARIANT); }
+
     // Named arguments come first; the others follow from the last one to the first.
     static DISPID Position(const DISPPARAMS& given, UINT index) {
         if (index < given.cNamedArgs) return given.rgdispidNamedArgs[index];
