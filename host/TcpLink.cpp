@@ -139,6 +139,7 @@ std::size_t TcpLink::Write(std::span<const std::uint8_t> bytes, Milliseconds tim
 
 std::size_t TcpLink::Read(std::span<std::uint8_t> bytes, Milliseconds time) {
     const auto socket = static_cast<Handle>(socket_);
+    // Directly after a command its answer cannot have come yet.
     bool waited = sockets::WaitIsCheap && std::exchange(wroteLast_, false) && time.count() > 0;
     if (waited && !sockets::WaitReadable(socket, time)) return 0;
     for (;; waited = true) {

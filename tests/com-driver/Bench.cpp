@@ -4,13 +4,9 @@
 
 #include "platform/com/Server.h"
 
-std::wstring ComponentFile(const wchar_t* name, int bits) {
-    std::wstring folder = com::FileName(nullptr);
-    folder.resize(folder.rfind(L'\\') + 1);
-    // The folders of the two bitnesses stand side by side: .../windows-x64/bin/ and .../windows-x86/bin/.
-    const std::wstring own = sizeof(void*) == 8 ? L"x64\\bin\\" : L"x86\\bin\\";
-    if (folder.ends_with(own)) folder.replace(folder.size() - own.size(), 3, bits == 64 ? L"x64" : L"x86");
-    return folder + name + L".dll";
+std::wstring ComponentFile(const wchar_t* name) {
+    const std::wstring program = com::FileName(nullptr);
+    return program.substr(0, program.rfind(L'\\') + 1) + name + L".dll";
 }
 
 namespace {

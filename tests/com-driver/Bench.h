@@ -18,8 +18,8 @@
 
 using com::ComPtr;
 
-/// Full name of a component of the bitness, "XTarn4x" for example, beside the test program of that bitness.
-std::wstring ComponentFile(const wchar_t* name, int bits = 8 * sizeof(void*));
+/// Full name of a component beside this program, "XTarn4x" for example.
+std::wstring ComponentFile(const wchar_t* name);
 
 /// A new object of a class of the driver.
 template <class Interface>
