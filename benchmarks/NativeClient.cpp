@@ -1,7 +1,7 @@
 #include <malloc.h>
 
 #include "benchmarks/Client.h"
-#include "core/clsTarn4x.h"
+#include "driver/clsTarn4x.h"
 #include "host/Framework.h"
 
 namespace bench {

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "benchmarks/Allocations.h"
-#include "core/Conversions.h"
-#include "core/ResponseParsing.h"
-#include "core/clsTarn4x.h"
+#include "driver/Conversions.h"
+#include "driver/ResponseParsing.h"
+#include "driver/clsTarn4x.h"
 #include "host/Framework.h"
 
 namespace {

@@ -28,7 +28,7 @@ endif()
 
 cmake_minimum_required(VERSION 3.25)
 string(REPLACE "," ";" ALLOWED "${ALLOWED}")
-file(GLOB sources ${FOLDER}/*.h ${FOLDER}/*.cpp)
+file(GLOB_RECURSE sources ${FOLDER}/*.h ${FOLDER}/*.cpp)
 set(wrong "")
 foreach(source IN LISTS sources)
   file(STRINGS ${source} lines REGEX "^ *# *include \"[a-z]+/")

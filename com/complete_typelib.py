@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Completes a compiled type library with what the IDL compiler (widl) cannot put into it.
 
-complete_typelib.py LIBRARY.tlb SOURCE.idl
+complete_typelib.py LIBRARY.tlb SOURCE.idl ENUMERATIONS.def
 
-VALUE(name, number, "text") in the source gives the help string of an enumeration value, which the compiler refuses.
-IMPORTED(library, name) in a class names an interface that library.tlb, beside LIBRARY.tlb, defines; the compiler would
-copy it, and whoever registers the copy takes the interface away from its own library.
+VALUE(name, number, "text") in the list of enumerations gives the help string of a value, which the compiler refuses.
+IMPORTED(library, name) in a class of the source names an interface that library.tlb, beside LIBRARY.tlb, defines; the
+compiler would copy it, and whoever registers the copy takes the interface away from its own library.
 
 Works on libraries of the "MSFT" format, in place, and fails on a value without a text.
 """
@@ -167,11 +167,15 @@ class Library:
         put(types, place + IMPLEMENTED, get(types, place + IMPLEMENTED) + 1)
 
 
-def main(library_file, source_file):
+def read(file):
+    with open(file, encoding="ascii") as stream:
+        return stream.read()
+
+
+def main(library_file, source_file, enumerations_file):
     library = Library(library_file)
-    with open(source_file, encoding="ascii") as stream:
-        source = stream.read()
-    library.add_value_help(dict(re.findall(r'^\s*VALUE\((\w+),\s*-?\d+,\s*"([^"]*)"\)', source, re.MULTILINE)))
+    source, enumerations = read(source_file), read(enumerations_file)
+    library.add_value_help(dict(re.findall(r'^\s*VALUE\((\w+), -?\d+, "([^"]*)"\)', enumerations, re.MULTILINE)))
     files = {}
     for coclass, body in re.findall(r"^\s*coclass (\w+)\s*{(.*?)}", source, re.MULTILINE | re.DOTALL):
         for other, name in re.findall(r"IMPORTED\((\w+), (\w+)\)", body):

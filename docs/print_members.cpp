@@ -56,16 +56,23 @@ std::string TypeName(ITypeInfo* info, const TYPEDESC& type) {
     return names.at(type.vt);
 }
 
-/// The unit that a help text names: "... in dB, 2.0 to 56.0." or "... (count)."
-std::string UnitOf(const std::string& help) {
-    static const char* units[] = {"Mbit/s", "ppm", "dB", "Hz", "%", "degrees", "MHz", "ns", "us", "bytes", "days"};
-    for (const char* unit : units) {
-        const auto at = help.find(std::string(" in ") + unit);
-        if (at == std::string::npos) continue;
-        const auto behind = at + 4 + std::string(unit).size();
-        if (behind == help.size() || !std::isalnum(static_cast<unsigned char>(help[behind]))) return unit;
-    }
-    return {};
+/// Units of the quantities, by member.
+const std::map<std::string, std::string> Units = {
+#define UNIT(unit) unit
+#define READ(identifier, name, type, unit, ...) {#name, "" unit},
+#define CONTROL(identifier, name, type, unit, ...) {#name, "" unit},
+#include "driver/StatisticsMembers.def"
+#define UNIT(unit) unit
+#define READ(identifier, name, type, unit, ...) {#name, "" unit},
+#define CONTROL(identifier, name, type, unit, ...) {#name, "" unit},
+#define METHOD(...)
+#define FUNCTION(...)
+#include "driver/Members.def"
+};
+
+std::string UnitOf(const std::string& member) {
+    const auto unit = Units.find(member);
+    return unit == Units.end() ? std::string() : unit->second;
 }
 
 struct Row {
@@ -113,7 +120,7 @@ void PrintMembers(ITypeInfo* info, UINT count) {
     for (const auto& row : RowsOf(info, count)) {
         const auto arguments = row.Arguments.empty() ? "" : "(" + row.Arguments + ")";
         std::printf("| `%s%s` | %s | %s | %s | %s |\n", row.Name.c_str(), arguments.c_str(), row.Access.c_str(),
-                    row.Type.c_str(), UnitOf(row.Help).c_str(), row.Help.c_str());
+                    row.Type.c_str(), UnitOf(row.Name).c_str(), row.Help.c_str());
     }
 }
 

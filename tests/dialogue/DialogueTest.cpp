@@ -1,7 +1,7 @@
 // The driver with the stand-alone framework and its real links, against the simulated receiver.
 #include <map>
 
-#include "statistics/clsStatistics.h"
+#include "driver/members/clsStatistics.h"
 #include "tests/dialogue/Station.h"
 
 namespace {

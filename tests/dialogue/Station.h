@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "core/clsTarn4x.h"
+#include "driver/clsTarn4x.h"
 #include "host/Framework.h"
 #include "tests/host/TestVisa.h"
 #include "tests/support/Program.h"

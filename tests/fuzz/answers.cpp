@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstring>
 
-#include "core/Conversions.h"
-#include "core/ResponseParsing.h"
+#include "driver/Conversions.h"
+#include "driver/ResponseParsing.h"
 #include "platform/Value.h"
 #include "tests/fuzz/Fuzz.h"
 

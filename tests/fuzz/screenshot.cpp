@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "core/clsTarn4x.h"
+#include "driver/clsTarn4x.h"
 #include "host/Framework.h"
 #include "tests/fuzz/Fuzz.h"
 

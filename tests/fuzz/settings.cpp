@@ -1,8 +1,8 @@
 // Value lists and names of settings: the first line of the input is a value list, the others are names and values.
 #include <algorithm>
 
-#include "core/Conversions.h"
-#include "core/modParameterUtilities.h"
+#include "driver/Conversions.h"
+#include "driver/modParameterUtilities.h"
 #include "host/ErrorService.h"
 #include "host/MessageLog.h"
 #include "host/SettingsTree.h"

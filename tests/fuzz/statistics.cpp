@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "host/Framework.h"
-#include "statistics/clsStatistics.h"
+#include "driver/members/clsStatistics.h"
 #include "tests/fuzz/Fuzz.h"
 
 namespace {

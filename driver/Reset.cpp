@@ -1,0 +1,31 @@
+#include "driver/Failure.h"
+
+namespace tarn4x {
+
+namespace {
+
+constexpr float ResetTimeout = 100.0F;  // seconds
+constexpr float ResetPause = 15.0F;     // seconds; the instrument starts anew
+
+}  // namespace
+
+void clsTarn4x::Reset() {
+    Guarded(MethodOf(Members::Reset), [&] {
+        ImpulseResponseKnown = false;
+        MeasureModeKnown = false;
+        CachedMeasureMode = tarnNORM;
+        auto& transport = mobjTransport();
+        const float kept = transport.Timeout();
+        transport.SetTimeout(ResetTimeout);
+        try {
+            channel.WriteCommand("SYST:RES");
+        } catch (const platform::AutomationError&) {
+            transport.SetTimeout(kept);
+            throw;
+        }
+        transport.SetTimeout(kept);
+        Delay(ResetPause);
+    });
+}
+
+}  // namespace tarn4x
