@@ -98,12 +98,15 @@ class DriverFace : public DualFace<&CLSID_clsTarn4x, _clsTarn4x, IDriverIdentify
     STDMETHODIMP get_OnLine(VARIANT_BOOL* onLine) override { return Get(onLine, &Driver::get_IDriverSetup_OnLine); }
 
   private:
+    // The driver stays for the length of a call: a host that handles its events in a wait may let go of it.
     template <class Out, class Member, class... In>
     HRESULT Get(Out* value, Member member, In... arguments) {
+        const ComPtr<IUnknown> self(static_cast<_clsTarn4x*>(this));
         return GetMember(driver_, __uuidof(_clsTarn4x), value, member, arguments...);
     }
     template <class Member, class... In>
     HRESULT Call(Member member, In... arguments) {
+        const ComPtr<IUnknown> self(static_cast<_clsTarn4x*>(this));
         return CallMember(driver_, __uuidof(_clsTarn4x), member, arguments...);
     }
 

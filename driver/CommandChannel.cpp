@@ -4,6 +4,7 @@
 #include <string>
 
 #include "driver/Conversions.h"
+#include "driver/RuntimeErrors.h"
 
 namespace tarn4x {
 
@@ -32,12 +33,9 @@ bool IsComplete(std::string_view answer, const std::optional<std::vector<std::st
 CommandChannel::CommandChannel(platform::Framework& services, platform::SettingsNode& settings)
     : framework(services), remoteControl(settings.Item("Remote Control")), logMessages(settings.Item("Log Messages")) {}
 
-platform::Transport& CommandChannel::Transport() {
-    if (!link) {
-        throw AutomationError(platform::ObjectVariableNotSet, "clsTarn4x",
-                              "Object variable or With block variable not set");
-    }
-    return *link;
+std::shared_ptr<platform::Transport> CommandChannel::Transport() const {
+    if (!link) RaiseObjectVariableNotSet();
+    return link;
 }
 
 void CommandChannel::SendCommand(std::string_view command) {
@@ -54,7 +52,7 @@ void CommandChannel::SendCommand(std::string_view command) {
         }
     }
     LogMessage(Sending, command);
-    Transport().SendReceive(command, nullptr);
+    Transport()->SendReceive(command, nullptr);
 }
 
 void CommandChannel::SendCommand(std::string_view command, std::string& response, Expected fragments,
@@ -66,7 +64,7 @@ void CommandChannel::SendCommand(std::string_view command, std::string& response
         try {
             CheckErrorQueue();
             LogMessage(Sending, command);
-            Transport().SendReceive(command, &response);
+            Transport()->SendReceive(command, &response);
             LogMessage(Received, command, response);
             if (IsComplete(response, list)) return;
         } catch (const AutomationError& error) {
@@ -80,19 +78,19 @@ void CommandChannel::SendCommand(std::string_view command, std::string& response
 
 std::string CommandChannel::QueryString(std::optional<std::string_view> command) {
     return Transfer(command, {platform::InstrumentNotReady, platform::LinkLost}, [&] {
-        auto response = Transport().ReadString(command);
+        auto response = Transport()->ReadString(command);
         LogMessage(Received, command.value_or(""), response);
         return response;
     });
 }
 
 void CommandChannel::WriteCommand(std::string_view command) {
-    Transfer(command, {platform::InstrumentNotReady, platform::LinkLost}, [&] { Transport().WriteString(command); });
+    Transfer(command, {platform::InstrumentNotReady, platform::LinkLost}, [&] { Transport()->WriteString(command); });
 }
 
 std::vector<std::uint8_t> CommandChannel::QueryBinary(std::int16_t count, std::optional<std::string_view> command) {
     return Transfer(command, {platform::InstrumentNotReady, platform::LinkLost}, [&] {
-        auto data = Transport().ReadBlock(count, command);
+        auto data = Transport()->ReadBlock(count, command);
         LogMessage(Received, command.value_or(""), std::to_string(data.size()) + " bytes");
         return data;
     });
@@ -101,14 +99,14 @@ std::vector<std::uint8_t> CommandChannel::QueryBinary(std::int16_t count, std::o
 void CommandChannel::WriteBinary(std::int16_t count, std::span<const std::uint8_t> data,
                                  std::optional<std::string_view> command) {
     Transfer(command.value_or(""), {platform::InstrumentNotReady, platform::LinkLost},
-             [&] { Transport().WriteBlock(count, data, command); });
+             [&] { Transport()->WriteBlock(count, data, command); });
 }
 
 std::string CommandChannel::ReadErrorQueue() {
     constexpr std::string_view query = "SYST:ERR?";
     LogMessage(Sending, query);
     return Transfer({}, {platform::LinkLost}, [&] {
-        auto entry = Transport().ReadString(query);
+        auto entry = Transport()->ReadString(query);
         LogMessage(Received, query, entry);
         return entry;
     });
@@ -125,9 +123,15 @@ void CommandChannel::CheckErrorQueue() {
 }
 
 void CommandChannel::LogMessage(std::int16_t kind, std::string_view text, std::string_view data) noexcept {
+    const auto unwanted = [&] {
+        try {
+            return !ToBoolean(platform::ToText(logMessages->GetValue()));
+        } catch (const AutomationError&) {  // a setting that is no truth value silences nothing
+            return false;
+        }
+    };
     try {
-        if (ToBoolean(platform::ToText(logMessages->GetValue())))
-            framework.TheMessageLog().Log(kind, "TARN", text, data);
+        if (!unwanted()) framework.TheMessageLog().Log(kind, "TARN", text, data);
     } catch (...) {  // a log that fails must not break a transfer
         return;
     }

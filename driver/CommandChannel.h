@@ -23,8 +23,10 @@ class CommandChannel {
 
     void SetTransport(std::shared_ptr<platform::Transport> transport) { link = std::move(transport); }
     bool HasTransport() const { return link != nullptr; }
-    /// Raises 91 while no transport is held.
-    platform::Transport& Transport();
+    /// The transport, which its user owns for as long as it is used: a wait may take the driver off-line, or off-line
+    /// and on-line again with another one. Raises 91 while none is held.
+    std::shared_ptr<platform::Transport> Transport() const;
+    bool Holds(const std::shared_ptr<platform::Transport>& transport) const { return link == transport; }
 
     /// Writes a command and waits for no answer. It is never sent twice.
     void SendCommand(std::string_view command);

@@ -7,7 +7,7 @@
 #include <limits>
 #include <system_error>
 
-#include "platform/AutomationError.h"
+#include "driver/RuntimeErrors.h"
 #include "platform/Value.h"
 
 namespace tarn4x {
@@ -50,13 +50,9 @@ template <class Integer>
 Integer Rounded(double number) {
     const double rounded = std::nearbyint(number);  // halves to even is the mode that programs start in
     if (!(rounded >= std::numeric_limits<Integer>::min() && rounded <= std::numeric_limits<Integer>::max())) {
-        throw platform::AutomationError(platform::Overflow, "clsTarn4x", "Overflow");
+        RaiseOverflow();
     }
     return static_cast<Integer>(rounded);
-}
-
-[[noreturn]] void RaiseTypeMismatch() {
-    throw platform::AutomationError(platform::TypeMismatch, "clsTarn4x", "Type mismatch");
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cmath>
 
+#include "driver/RuntimeErrors.h"
+
 namespace tarn4x {
 
 namespace {
@@ -17,7 +19,17 @@ struct Split {
     int Seconds;
 };
 
+constexpr Date FirstDay = -657434.0;    // 1 January 100
+constexpr Date BehindLast = 2958466.0;  // 1 January 10000
+
+/// Raises 5 for what is no automation date.
+Date Checked(Date date) {
+    if (!(date > FirstDay - 1.0 && date < BehindLast)) RaiseInvalidProcedureCall();
+    return date;
+}
+
 Split SplitDate(Date date) {
+    Checked(date);
     const double days = std::trunc(date);
     Split split{static_cast<int>(days), static_cast<int>(std::lround(std::abs(date - days) * SecondsPerDay))};
     if (split.Seconds == SecondsPerDay) split = {split.Days + 1, 0};
@@ -27,7 +39,8 @@ Split SplitDate(Date date) {
 }  // namespace
 
 CalendarDay DayOf(Date date) {
-    const std::chrono::year_month_day day(DayZero + std::chrono::days(SplitDate(date).Days));
+    const int days = SplitDate(date).Days;
+    const std::chrono::year_month_day day(DayZero + std::chrono::days(static_cast<int>(Checked(days))));
     return {int(day.year()), int(unsigned(day.month())), int(unsigned(day.day()))};
 }
 
@@ -43,7 +56,7 @@ Date DateFromDay(int year, int month, int day) {
     const auto first = std::chrono::year(year) / 1 / 1;
     const auto ofMonth = std::chrono::year_month(first.year(), first.month()) + std::chrono::months(month - 1);
     const sys_days date = sys_days(ofMonth / 1) + std::chrono::days(day - 1);
-    return static_cast<double>((date - DayZero).count());
+    return Checked(static_cast<double>((date - DayZero).count()));
 }
 
 }  // namespace tarn4x

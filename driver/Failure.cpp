@@ -30,9 +30,9 @@ void clsTarn4x::RaiseFor(Members member, std::int32_t code, std::string descript
 void clsTarn4x::Report(const Operation& operation, const platform::AutomationError& error) {
     if (error.Number == PassesThrough) RaiseThrough(framework->TheErrorService(), error);
     auto description = operation.Text();
-    if (operation.AsksInstrument && IsInstrumentError(error.Number) && channel.HasErrorQueue()) {
+    if (operation.AsksInstrument && IsInstrumentError(error.Number)) {
         try {
-            description += ".  Error : " + channel.ReadErrorQueue();
+            if (channel.HasErrorQueue()) description += ".  Error : " + channel.ReadErrorQueue();
         } catch (const platform::AutomationError&) {  // the short text says enough
             description = operation.Text();
         }

@@ -36,13 +36,4 @@ auto clsTarn4x::Guarded(const Operation& operation, Body&& body) {
     }
 }
 
-template <class Body>
-void clsTarn4x::WithTimeout(float seconds, Body&& body) {
-    auto& transport = mobjTransport();
-    const float kept = transport.Timeout();
-    transport.SetTimeout(seconds);
-    std::forward<Body>(body)();
-    transport.SetTimeout(kept);
-}
-
 }  // namespace tarn4x

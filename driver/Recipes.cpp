@@ -1,6 +1,9 @@
 #include "driver/Recipes.h"
 
 #include <algorithm>
+#include <cmath>
+
+#include "driver/RuntimeErrors.h"
 
 namespace tarn4x {
 
@@ -58,7 +61,11 @@ std::optional<std::string> clsTarn4x::Ask(std::string_view query, std::string_vi
 }
 
 double clsTarn4x::ReadNumber(const Read& read) {
-    return Asked(read, [](const std::string& text) { return LeadingNumber(text); });
+    return Asked(read, [&](const std::string& text) {
+        const double number = read.Scale * LeadingNumber(text);
+        if (!std::isfinite(number)) RaiseOverflow();
+        return number;
+    });
 }
 
 std::int16_t clsTarn4x::ReadInteger(const Read& read) {
@@ -94,16 +101,15 @@ void clsTarn4x::WriteToken(const Write& write, std::span<const Token> tokens, st
     Tell(write, token);
 }
 
-void clsTarn4x::PutParameter(const Write& write, std::span<const Token> tokens, std::int32_t value, std::int32_t lowest,
-                             std::int32_t highest) {
+void clsTarn4x::PutParameter(const Write& write, std::span<const Token> tokens, std::int32_t value,
+                             const Bounds& bounds) {
     if (write.NeedsManualCodeRate) RequireManualCodeRate(write.Member);
-    RequireRange(write.Member, value, lowest, highest);
+    RequireRange(write.Member, value, bounds);
     WriteToken(write, tokens, value);
 }
 
-void clsTarn4x::RequireRange(Members member, std::int32_t value, std::int32_t lowest, std::int32_t highest,
-                             std::string_view argument) {
-    if (value < lowest || value > highest) RaiseOutOfRange(member, argument);
+void clsTarn4x::RequireRange(Members member, std::int32_t value, const Bounds& bounds, std::string_view argument) {
+    if (value < bounds.Lowest || value > bounds.Highest) RaiseOutOfRange(member, argument);
 }
 
 void clsTarn4x::RaiseOutOfRange(Members member, std::string_view argument) {

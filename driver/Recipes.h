@@ -12,6 +12,7 @@ auto clsTarn4x::Asked(const Read& read, Convert&& convert) {
     using Result = decltype(convert(std::string()));
     Prepare(read);
     return Guarded(GetOf(read.Member, read.FailsAs), [&]() -> Result {
+        ForgetPrefix();  // a precondition may have read an answer of its own
         const auto text = read.AsItCame ? AskRaw(read.Query, read.Expected, read.Delimiter)
                                         : Ask(read.Query, read.Expected, read.Delimiter);
         return text ? convert(*text) : Result();

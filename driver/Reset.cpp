@@ -14,16 +14,14 @@ void clsTarn4x::Reset() {
         ImpulseResponseKnown = false;
         MeasureModeKnown = false;
         CachedMeasureMode = tarnNORM;
-        auto& transport = mobjTransport();
-        const float kept = transport.Timeout();
-        transport.SetTimeout(ResetTimeout);
+        const auto kept = ChangeTimeout(ResetTimeout);
         try {
             channel.WriteCommand("SYST:RES");
         } catch (const platform::AutomationError&) {
-            transport.SetTimeout(kept);
+            Restore(kept);
             throw;
         }
-        transport.SetTimeout(kept);
+        Restore(kept);
         Delay(ResetPause);
     });
 }

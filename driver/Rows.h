@@ -23,6 +23,7 @@ struct Read {
     std::string_view FailsAs = {};     ///< member that a failure names, when another
     bool NeedsManualCodeRate = false;
     bool AsItCame = false;              ///< the answer is not parsed
+    double Scale = 1.0;                 ///< of the number that came
     std::int32_t Otherwise = 0;         ///< result for an unknown answer and for a stop request
     std::string_view Unknown = {};      ///< text in front of an unknown answer that is raised; empty: not raised
     std::string_view UnknownEnd = ")";  ///< text behind it

@@ -20,7 +20,7 @@ void CopySettings(platform::SettingsNode& from, platform::SettingsNode& to) {
 
 }  // namespace
 
-bool clsTarn4x::get_IDriverSetup_OnLine() { return channel.HasTransport() && mobjTransport().IsConnected(); }
+bool clsTarn4x::get_IDriverSetup_OnLine() { return channel.HasTransport() && mobjTransport()->IsConnected(); }
 
 void clsTarn4x::put_IDriverSetup_OnLine(bool onLine) {
     if (get_IDriverSetup_OnLine() == onLine) {
@@ -64,10 +64,12 @@ void clsTarn4x::GoOffLine() {
     IgnoringErrors([&] { framework->TheApplication().SuspendState(); });
     channel.RetryLimit = 0;
     IgnoringErrors([&] { channel.WriteCommand("SYST:LOC"); });
-    IgnoringErrors([&] { mobjTransport().Connect(false); });
+    IgnoringErrors([&] { mobjTransport()->Connect(false); });
     channel.SetTransport(nullptr);
-    if (running) framework->TheApplication().ResumeState();
-    Delay(StateChangePause);
+    IgnoringErrors([&] {
+        if (running) framework->TheApplication().ResumeState();
+    });
+    IgnoringErrors([&] { Delay(StateChangePause); });
 }
 
 }  // namespace tarn4x

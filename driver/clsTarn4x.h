@@ -256,7 +256,15 @@ class clsTarn4x {
     bool AbortRequested() { return framework->TheApplication().AbortRequested(); }
     void Delay(float seconds) { framework->TheApplication().Delay(seconds); }
     /// The transport; raises 91 while off-line.
-    platform::Transport& mobjTransport() { return channel.Transport(); }
+    std::shared_ptr<platform::Transport> mobjTransport() const { return channel.Transport(); }
+    /// A transport and its time-out as it was, in seconds.
+    struct KeptTimeout {
+        std::shared_ptr<platform::Transport> Of;
+        float Seconds;
+    };
+    KeptTimeout ChangeTimeout(float seconds);
+    /// Gives the time-out back, unless another transport has taken the place of its own.
+    void Restore(const KeptTimeout& kept);
 
     // ---- Recipes of the members (driver/Recipes.cpp) ----
 
@@ -291,22 +299,23 @@ class clsTarn4x {
     /// Sends a command inside the guard of the member.
     void Tell(const Write& write, std::string_view argument = {});
     void WriteToken(const Write& write, std::span<const Token> tokens, std::int32_t value);
+    struct Bounds {
+        std::int32_t Lowest;
+        std::int32_t Highest;
+    };
     /// Writes a value after its checks.
-    void PutParameter(const Write& write, std::span<const Token> tokens, std::int32_t value, std::int32_t lowest,
-                      std::int32_t highest);
+    void PutParameter(const Write& write, std::span<const Token> tokens, std::int32_t value, const Bounds& bounds);
     /// Raises xtarnInvalidPropertyValue "<argument or member> value out of range" outside of the bounds.
-    void RequireRange(Members member, std::int32_t value, std::int32_t lowest, std::int32_t highest,
-                      std::string_view argument = {});
+    void RequireRange(Members member, std::int32_t value, const Bounds& bounds, std::string_view argument = {});
     [[noreturn]] void RaiseOutOfRange(Members member, std::string_view argument = {});
-    /// Raises xtarnInvalidPropertyValue "<refusal><value>)"; the usual refusal is "Invalid property value (<member> =
-    /// ".
+    /// Raises xtarnInvalidPropertyValue "<refusal><value>)". Without a refusal it is "Invalid property value (<member>
+    /// = ".
     [[noreturn]] void RaiseInvalid(Members member, std::string_view value, std::string_view refusal = {});
-    /// Runs a body with the transport's time-out changed; a failure leaves it so.
-    template <class Body>
-    void WithTimeout(float seconds, Body&& body);
 
     // ---- What families share among their members ----
 
+    /// Makes the time-out long enough for a screen; nothing when the selected link carries no blocks.
+    std::optional<KeptTimeout> ChangeTimeoutForBlocks();
     void PutSpectrumFrequency(const Write& write, double value, double lowest, double highest);
     /// Raises xtarnBadInputPort unless the selected input has the bit; returns the input.
     TarnInputPorts RequirePort(Members member, std::int32_t bit, bool stopRequestPasses);
@@ -316,11 +325,17 @@ class clsTarn4x {
     double ReadEcho(Members member, std::int16_t number, const std::array<std::string, 25>& texts);
     /// False: a stop request in a mode without carriers. Raises xtarnBadMeasureMode without the request.
     bool MaySetCarrier(Members member);
-    void RequireCarrier(Members member, std::int16_t value, std::string_view argument = {});
+    Bounds AskCarrierBounds();
     std::int16_t ReadCarrier(Members member, std::size_t index, std::string_view missing);
     void TellCarriers(const Operation& operation, std::int16_t start, std::int16_t stop);
+    /// The bandwidth of the SAW filter; nothing when the user has asked to stop.
+    std::optional<std::int32_t> AskSawFilter();
+    // What is found of the hardware; nothing when the user has asked to stop.
+    using FiltersFound = std::array<bool, 3>;  // 6, 7 and 8 MHz
     std::optional<std::string> AskInstalledHardware();
+    /// The codes of the channel filters: from the board information, or tried one by one where there is none.
     std::optional<std::string> AskChannelFilters();
+    std::optional<FiltersFound> TryChannelFilters();
     std::string IdentityField(Members member, std::size_t index);
     std::string Format(std::span<const Token> texts, std::int32_t value);
 

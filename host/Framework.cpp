@@ -4,6 +4,7 @@
 #include <charconv>
 #include <clocale>
 #include <cmath>
+#include <limits>
 #include <string>
 
 #include "host/SettingsTree.h"
@@ -30,7 +31,11 @@ std::optional<double> Framework::NumberFromText(std::string_view text) {
     const char* end = number.data() + number.find_last_not_of(' ') + 1;
     double value = 0.0;
     const auto [stop, error] = std::from_chars(begin, end, value);
-    if (error != std::errc() || stop != end || !std::isfinite(value)) return {};
+    if (stop != end || error == std::errc::invalid_argument || !std::isfinite(value)) return {};
+    if (error == std::errc::result_out_of_range) {
+        const bool tiny = number.find("e-") != number.npos || number.find("E-") != number.npos;
+        return tiny ? 0.0 : std::numeric_limits<double>::infinity();
+    }
     return value;
 }
 

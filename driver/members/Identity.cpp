@@ -98,11 +98,12 @@ std::optional<std::string> clsTarn4x::AskInstalledHardware() {
     return *filters + text;
 }
 
-// The codes of the channel filters: from the board information, or tried one by one where there is none.
 std::optional<std::string> clsTarn4x::AskChannelFilters() {
-    bool found[std::size(ChannelFilters)] = {};
+    const auto firmware = get_IDriverIdentify_FirmwareVersion();
+    if (!IdentityRead) return {};  // the user has asked to stop
+    std::optional<FiltersFound> found = FiltersFound{};
     bool boardFound = false;
-    if (LeadingNumber(get_IDriverIdentify_FirmwareVersion()) >= BoardInfoFirmware) {
+    if (LeadingNumber(firmware) >= BoardInfoFirmware) {
         const auto response = AskRaw("SYSTEM:SERVICE:GET:BOARD:INFO?");
         if (!response) return {};
         // The second board is looked for in what the first one left of the text.
@@ -114,29 +115,36 @@ std::optional<std::string> clsTarn4x::AskChannelFilters() {
             text = text.substr(start);
             text = text.substr(0, text.find(';'));
             for (std::size_t i = 0; i < std::size(ChannelFilters); ++i) {
-                found[i] |= text.find(ChannelFilters[i].Bandwidth) != std::string_view::npos;
+                (*found)[i] |= text.find(ChannelFilters[i].Bandwidth) != std::string_view::npos;
             }
         }
     }
-    if (!boardFound) {
-        const auto kept = get_StatusSawFilterBW();
-        for (std::size_t i = 0; i < std::size(ChannelFilters); ++i) {
-            try {
-                put_StatusSawFilterBW(ChannelFilters[i].Setting);
-            } catch (const platform::AutomationError&) {  // the read below decides
-            }
-            try {
-                found[i] = get_StatusSawFilterBW() == ChannelFilters[i].Setting;
-            } catch (const platform::AutomationError&) {  // not fitted
-            }
-        }
-        put_StatusSawFilterBW(kept);
-    }
+    if (!boardFound) found = TryChannelFilters();
+    if (!found) return {};
     std::string text;
     for (std::size_t i = 0; i < std::size(ChannelFilters); ++i) {
-        if (found[i]) text.insert(0, ChannelFilters[i].Code);
+        if ((*found)[i]) text.insert(0, ChannelFilters[i].Code);
     }
     return text;
+}
+
+// A filter is fitted when it can be selected. The one that was selected before comes back, whatever happens.
+std::optional<clsTarn4x::FiltersFound> clsTarn4x::TryChannelFilters() {
+    const auto kept = AskSawFilter();
+    if (!kept) return {};
+    FiltersFound found{};
+    bool stopped = false;
+    for (std::size_t i = 0; i < std::size(ChannelFilters) && !stopped; ++i) {
+        IgnoringErrors([&] { put_StatusSawFilterBW(ChannelFilters[i].Setting); });  // the read decides
+        IgnoringErrors([&] {
+            const auto selected = AskSawFilter();
+            found[i] = selected == ChannelFilters[i].Setting;
+            stopped = !selected;
+        });
+        stopped |= AbortRequested();
+    }
+    put_StatusSawFilterBW(static_cast<TarnStatusSawFilterBWs>(*kept));
+    return stopped ? std::nullopt : std::optional(found);
 }
 
 }  // namespace tarn4x

@@ -17,7 +17,7 @@ double clsTarn4x::get_MeasureTdCcdfCrestFactorMax() { return ReadNumber({.Member
 double clsTarn4x::get_MeasureTdCcdfCrestFactorCurrent() { return ReadNumber({.Member = Members::MeasureTdCcdfCrestFactorCurrent, .Query = "READ:DVBT:CREST:CURRENT?"}); }
 double clsTarn4x::get_MeasureFdSpectrumShoulderLower() { return ReadNumber({.Member = Members::MeasureFdSpectrumShoulderLower, .Query = "READ:DVBT:SPECTRUM:SHO:LOW?"}); }
 double clsTarn4x::get_MeasureFdSpectrumShoulderUpper() { return ReadNumber({.Member = Members::MeasureFdSpectrumShoulderUpper, .Query = "READ:DVBT:SPECTRUM:SHO:UPP?"}); }
-double clsTarn4x::get_MeasureFrequencyOffset() { return 1000.0 * ReadNumber({.Member = Members::MeasureFrequencyOffset, .Query = "READ:DVBT:FREQ:OFFSET?"}); }
+double clsTarn4x::get_MeasureFrequencyOffset() { return ReadNumber({.Member = Members::MeasureFrequencyOffset, .Query = "READ:DVBT:FREQ:OFFSET?", .Scale = 1000.0}); }
 double clsTarn4x::get_MeasureRfLevel() { return ReadNumber({.Member = Members::MeasureRfLevel, .Query = "READ:RF:LEVEL?"}); }
 double clsTarn4x::get_MeasureOfdmCarrierSuppression() { return ReadNumber({.Member = Members::MeasureOfdmCarrierSuppression, .Query = "READ:DVBT:CARRIER:SUPPRESSION?", .ModeSource = SharedModeSource}); }
 double clsTarn4x::get_MeasureOfdmCarrierSuppressionPhase() { return ReadNumber({.Member = Members::MeasureOfdmCarrierSuppressionPhase, .Query = "READ:DVBT:CARRIER:SUPPRESSION:PHASE?", .ModeSource = SharedModeSource}); }

@@ -41,7 +41,9 @@ void clsTarn4x::put_Mode(TarnModes value) {
         ImpulseResponseKnown = false;
         MeasureModeKnown = false;
         IdentityRead = false;
-        WithTimeout(10.0F, [&] { channel.SendCommand("SYST:MODE DVBT"); });
+        const auto kept = ChangeTimeout(10.0F);  // which stays when the command fails
+        channel.SendCommand("SYST:MODE DVBT");
+        Restore(kept);
         Delay(10.0F);  // the instrument switches standards
     });
 }
@@ -65,8 +67,9 @@ TarnMeasureModes clsTarn4x::get_MeasureMode() {
 void clsTarn4x::put_MeasureMode(TarnMeasureModes value) {
     if (value < tarnNORM || value > tarnCENV) RaiseInvalid(Members::MeasureMode, std::to_string(value));
     Guarded(LetOf(Members::MeasureMode), [&] {
-        const auto command = std::string("SENS:DVBT:MEAS ").append(TokenOf(MeasureModeTokens, value));
-        WithTimeout(100.0F, [&] { channel.SendCommand(command); });
+        const auto kept = ChangeTimeout(100.0F);  // which stays when the command fails
+        channel.SendCommand(std::string("SENS:DVBT:MEAS ").append(TokenOf(MeasureModeTokens, value)));
+        Restore(kept);
         Delay(3.0F);
         CachedMeasureMode = value;
         MeasureModeKnown = true;

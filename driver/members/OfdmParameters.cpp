@@ -49,21 +49,21 @@ TarnStatusCodeRates clsTarn4x::get_MeasureCodeRate() { return ReadToken<TarnStat
 std::int16_t clsTarn4x::get_MeasureOfdmAverage() { return ReadInteger({.Member = Members::MeasureOfdmAverage, .Query = "READ:DVBT:AVERAGE:PROGRESS?"}); }
 
 // The bounds admit numbers without a word (a guard interval of 20): those go out as the bare command.
-void clsTarn4x::put_StatusOfdmAlpha(TarnStatusAlphas value) { PutParameter({.Member = Members::StatusOfdmAlpha, .Command = "SENSE:DVBT:ALPHA ", .NeedsManualCodeRate = true}, AlphaTokens, value, 0, 3); }
-void clsTarn4x::put_StatusOfdmCodeRateMode(TarnStatusOfdmCodeRateModes value) { PutParameter({.Member = Members::StatusOfdmCodeRateMode, .Command = "SENSE:DVBT:CODE:RATE:MODE "}, CodeRateModeTokens, value, 0, 2); }
-void clsTarn4x::put_StatusOfdmFftMode(TarnStatusFftModes value) { PutParameter({.Member = Members::StatusOfdmFftMode, .Command = "SENSE:DVBT:FFT:MODE ", .NeedsManualCodeRate = true}, FftTokens, value, 0, 1); }
-void clsTarn4x::put_StatusOfdmGuardInterval(TarnStatusGuardIntervals value) { PutParameter({.Member = Members::StatusOfdmGuardInterval, .Command = "SENSE:DVBT:GuardInterval ", .NeedsManualCodeRate = true}, GuardTokens, value, 4, 32); }
-void clsTarn4x::put_StatusOfdmOrderOfQam(TarnStatusOrderOfQams value) { PutParameter({.Member = Members::StatusOfdmOrderOfQam, .Command = "SENSE:DVBT:ORDER ", .NeedsManualCodeRate = true}, QamTokens, value, 4, 64); }
-void clsTarn4x::put_StatusMpegDataOutput(TarnStatusHierarchicalModes value) { PutParameter({.Member = Members::StatusMpegDataOutput, .Command = "SENSE:DVBT:MPEG:DATA:OUTPUT "}, OutputTokens, value, 0, 1); }
-void clsTarn4x::put_SpecFuncSystOptims(TarnSpecFuncSystOptims value) { PutParameter({.Member = Members::SpecFuncSystOptims, .Command = "SENSE:DVBT:OPT "}, OptimTokens, value, 0, 3); }
-void clsTarn4x::put_InputAttenHighAdjChanPower(TarnSwitchStates value) { PutParameter({.Member = Members::InputAttenHighAdjChanPower, .Command = "INPUT:DVBT:HIGH:ADJ:CHANNEL:POWER "}, SwitchTokens, value, 0, 1); }
+void clsTarn4x::put_StatusOfdmAlpha(TarnStatusAlphas value) { PutParameter({.Member = Members::StatusOfdmAlpha, .Command = "SENSE:DVBT:ALPHA ", .NeedsManualCodeRate = true}, AlphaTokens, value, {0, 3}); }
+void clsTarn4x::put_StatusOfdmCodeRateMode(TarnStatusOfdmCodeRateModes value) { PutParameter({.Member = Members::StatusOfdmCodeRateMode, .Command = "SENSE:DVBT:CODE:RATE:MODE "}, CodeRateModeTokens, value, {0, 2}); }
+void clsTarn4x::put_StatusOfdmFftMode(TarnStatusFftModes value) { PutParameter({.Member = Members::StatusOfdmFftMode, .Command = "SENSE:DVBT:FFT:MODE ", .NeedsManualCodeRate = true}, FftTokens, value, {0, 1}); }
+void clsTarn4x::put_StatusOfdmGuardInterval(TarnStatusGuardIntervals value) { PutParameter({.Member = Members::StatusOfdmGuardInterval, .Command = "SENSE:DVBT:GuardInterval ", .NeedsManualCodeRate = true}, GuardTokens, value, {4, 32}); }
+void clsTarn4x::put_StatusOfdmOrderOfQam(TarnStatusOrderOfQams value) { PutParameter({.Member = Members::StatusOfdmOrderOfQam, .Command = "SENSE:DVBT:ORDER ", .NeedsManualCodeRate = true}, QamTokens, value, {4, 64}); }
+void clsTarn4x::put_StatusMpegDataOutput(TarnStatusHierarchicalModes value) { PutParameter({.Member = Members::StatusMpegDataOutput, .Command = "SENSE:DVBT:MPEG:DATA:OUTPUT "}, OutputTokens, value, {0, 1}); }
+void clsTarn4x::put_SpecFuncSystOptims(TarnSpecFuncSystOptims value) { PutParameter({.Member = Members::SpecFuncSystOptims, .Command = "SENSE:DVBT:OPT "}, OptimTokens, value, {0, 3}); }
+void clsTarn4x::put_InputAttenHighAdjChanPower(TarnSwitchStates value) { PutParameter({.Member = Members::InputAttenHighAdjChanPower, .Command = "INPUT:DVBT:HIGH:ADJ:CHANNEL:POWER "}, SwitchTokens, value, {0, 1}); }
 // clang-format on
 
 TarnStatusCodeRates clsTarn4x::get_StatusOfdmCodeRate(TarnStatusHierarchicalModes udtPriority) {
     constexpr auto member = Members::StatusOfdmCodeRate;
     ForgetPrefix();
     RequireManualCodeRate(member);
-    RequireRange(member, udtPriority, tarnLow, tarnHigh, "udtPriority");
+    RequireRange(member, udtPriority, {tarnLow, tarnHigh}, "udtPriority");
     return ReadToken<TarnStatusCodeRates>(
         {.Member = member,
          .Query = udtPriority == tarnHigh ? "SENSE:DVBT:CODE:RATE:HP?" : "SENSE:DVBT:CODE:RATE:LP?",
@@ -75,8 +75,8 @@ TarnStatusCodeRates clsTarn4x::get_StatusOfdmCodeRate(TarnStatusHierarchicalMode
 void clsTarn4x::put_StatusOfdmCodeRate(TarnStatusHierarchicalModes udtPriority, TarnStatusCodeRates value) {
     constexpr auto member = Members::StatusOfdmCodeRate;
     RequireManualCodeRate(member);
-    RequireRange(member, udtPriority, tarnLow, tarnHigh, "udtPriority");
-    RequireRange(member, value, tarn1_2, tarn7_8);
+    RequireRange(member, udtPriority, {tarnLow, tarnHigh}, "udtPriority");
+    RequireRange(member, value, {tarn1_2, tarn7_8});
     WriteToken({.Member = member,
                 .Command = udtPriority == tarnHigh ? "SENSE:DVBT:CODE:RATE:HP " : "SENSE:DVBT:CODE:RATE:LP "},
                CodeRateTokens, value);

@@ -1,4 +1,5 @@
 #include "driver/Recipes.h"
+#include "driver/RuntimeErrors.h"
 
 namespace tarn4x {
 
@@ -53,6 +54,7 @@ double clsTarn4x::ReadResponse(Members member, double ParsedAnswer::*value) {
 void clsTarn4x::MeasureTdImpulseResponse() {
     ForgetPrefix();
     RequireMode(Members::MeasureTdImpulseResponse);
+    ForgetPrefix();
     Guarded(MethodOf(Members::MeasureTdImpulseResponse), [&] {
         struct SingleTry {  // the query is sent once, however it ends
             explicit SingleTry(std::int16_t& limit) : Limit(limit), Kept(limit) { limit = 0; }
@@ -105,14 +107,14 @@ double clsTarn4x::ReadEcho(Members member, std::int16_t number, const std::array
 
 // ---- OFDM carriers ----
 
-void clsTarn4x::RequireCarrier(Members member, std::int16_t value, std::string_view argument) {
+clsTarn4x::Bounds clsTarn4x::AskCarrierBounds() {
     switch (get_MeasureFftMode()) {
         case tarn2k:
-            return RequireRange(member, value, 0, HighestCarrier2k, argument);
+            return {0, HighestCarrier2k};
         case tarn8k:
-            return RequireRange(member, value, 0, HighestCarrier8k, argument);
+            return {0, HighestCarrier8k};
         default:
-            return;  // without an FFT mode there is no bound
+            return {INT16_MIN, INT16_MAX};
     }
 }
 
@@ -132,9 +134,7 @@ std::int16_t clsTarn4x::ReadCarrier(Members member, std::size_t index, std::stri
         const auto items = Split(*text);
         reported = !items.empty();
         if (!reported) return 0;
-        if (index >= items.size()) {
-            throw platform::AutomationError(platform::SubscriptOutOfRange, "clsTarn4x", "Subscript out of range");
-        }
+        if (index >= items.size()) RaiseSubscriptOutOfRange();
         return ToInteger(LeadingNumber(items[index]));
     });
     if (!reported) RaiseInvalid(member, answer.Raw, missing);
@@ -158,26 +158,27 @@ bool clsTarn4x::MaySetCarrier(Members member) {
 void clsTarn4x::put_MeasureOfdmStartCarrier(std::int16_t value) {
     constexpr auto member = Members::MeasureOfdmStartCarrier;
     if (!MaySetCarrier(member)) return;
-    RequireCarrier(member, value);
+    RequireRange(member, value, AskCarrierBounds());
     const auto stop = get_MeasureOfdmStopCarrier();
-    RequireRange(member, value, INT16_MIN, stop);
+    RequireRange(member, value, {INT16_MIN, stop});
     TellCarriers(LetOf(member), value, stop);
 }
 
 void clsTarn4x::put_MeasureOfdmStopCarrier(std::int16_t value) {
     constexpr auto member = Members::MeasureOfdmStopCarrier;
     if (!MaySetCarrier(member)) return;
-    RequireCarrier(member, value);
+    RequireRange(member, value, AskCarrierBounds());
     const auto start = get_MeasureOfdmStartCarrier();
-    RequireRange(member, value, start, INT16_MAX);
+    RequireRange(member, value, {start, INT16_MAX});
     TellCarriers(LetOf(member), start, value);
 }
 
 void clsTarn4x::MeasureOfdmCarrierRange(std::int16_t intStart, std::int16_t intStop) {
     constexpr auto member = Members::MeasureOfdmCarrierRange;
     RequireMode(member);
-    RequireCarrier(member, intStart, "intStart");
-    RequireCarrier(member, intStop, "intStop");
+    const auto bounds = AskCarrierBounds();
+    RequireRange(member, intStart, bounds, "intStart");
+    RequireRange(member, intStop, bounds, "intStop");
     if (intStart > intStop) {
         RaiseFor(member, xtarnInvalidPropertyValue, "intStart value greater than intStop value");
     }
@@ -195,7 +196,7 @@ TarnFdSpectrumDetectors clsTarn4x::get_MeasureFdSpectrumDetector() {
 void clsTarn4x::put_MeasureFdSpectrumDetector(TarnFdSpectrumDetectors value) {
     constexpr auto member = Members::MeasureFdSpectrumDetector;
     RequireMode(member);
-    RequireRange(member, value, tarnMIN, tarnMAX);
+    RequireRange(member, value, {tarnMIN, tarnMAX});
     WriteToken({.Member = member, .Command = "SENS:DVBT:SPEC:DET "}, DetectorTokens, value);
 }
 
@@ -214,7 +215,7 @@ std::int16_t clsTarn4x::get_MeasureFdSpectrumAverageCount() {
 void clsTarn4x::put_MeasureFdSpectrumAverageCount(std::int16_t value) {
     constexpr auto member = Members::MeasureFdSpectrumAverageCount;
     RequireMode(member);
-    RequireRange(member, value, 0, HighestAverageCount);
+    RequireRange(member, value, {0, HighestAverageCount});
     Guarded(LetOf(member), [&] {
         if (value == 0) return channel.SendCommand("SENS:DVBT:SPEC:AVG OFF");
         channel.SendCommand("SENS:DVBT:SPEC:AVG ON");

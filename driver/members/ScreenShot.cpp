@@ -36,35 +36,18 @@ bool clsTarn4x::get_ScreenShot(TarnScreenShotModes udtMode, std::vector<std::uin
     const auto operation = GetOf(member);
     ForgetPrefix();
     if ((udtMode & tarnCapture) != 0) {
-        const auto captured = Guarded(operation, [&] { return Ask("READ:SCREEN:BUFFER?"); });
-        if (!captured || *captured != "0") return false;
+        const bool captured = Guarded(operation, [&] {
+            std::string response = "---";
+            channel.SendCommand("READ:SCREEN:BUFFER?", response);
+            const bool done = answer.ParseResponse(response) == "0";
+            return done && !AbortRequested();
+        });
+        if (!captured) return false;
     }
     if ((udtMode & tarnTransfer) == 0) return true;
 
-    struct Timing {
-        float Kept;
-        bool PortCarriesBlocks;
-    };
-    const auto timing = Guarded(operation, [&]() -> Timing {
-        auto& transport = mobjTransport();
-        const Timing now{transport.Timeout(), true};
-        const auto port = platform::ToText(settings->Item("Remote Control")->GetValue());
-        if (port == "Conduit.clsGPIB") {
-            transport.SetTimeout(GpibTimeout);
-        } else if (port == "Conduit.clsEthernet") {
-            transport.SetTimeout(NetworkTimeout);
-        } else if (port == "Conduit.clsComm") {
-            const auto baud = platform::ToText(settings->Item("RS232.Baud Rate")->GetValue());
-            const auto entry = std::ranges::find(SerialTimeouts, baud, &BaudTimeout::BaudRate);
-            if (entry != std::end(SerialTimeouts)) transport.SetTimeout(entry->Seconds);
-        } else {
-            return {now.Kept, false};
-        }
-        return now;
-    });
-    if (!timing.PortCarriesBlocks) {
-        RaiseFor(member, xtarnBadRemoteControlPort, "Remote Control Port does not support operation");
-    }
+    const auto timeout = Guarded(operation, [&] { return ChangeTimeoutForBlocks(); });
+    if (!timeout) RaiseFor(member, xtarnBadRemoteControlPort, "Remote Control Port does not support operation");
 
     // The block is "#", the number of length digits, the length, the data (IEEE 488.2, definite length).
     const auto byte = [&](std::optional<std::string_view> command) {
@@ -103,8 +86,20 @@ bool clsTarn4x::get_ScreenShot(TarnScreenShotModes udtMode, std::vector<std::uin
     } else if (image) {
         bytBuffer = std::move(*image);
     }
-    IgnoringErrors([&] { mobjTransport().SetTimeout(timing.Kept); });
+    IgnoringErrors([&] { Restore(*timeout); });
     return true;
+}
+
+std::optional<clsTarn4x::KeptTimeout> clsTarn4x::ChangeTimeoutForBlocks() {
+    const auto port = platform::ToText(settings->Item("Remote Control")->GetValue());
+    if (port == "Conduit.clsGPIB") return ChangeTimeout(GpibTimeout);
+    if (port == "Conduit.clsEthernet") return ChangeTimeout(NetworkTimeout);
+    if (port != "Conduit.clsComm") return {};
+    const auto baud = platform::ToText(settings->Item("RS232.Baud Rate")->GetValue());
+    const auto entry = std::ranges::find(SerialTimeouts, baud, &BaudTimeout::BaudRate);
+    const auto transport = mobjTransport();
+    return entry == std::end(SerialTimeouts) ? KeptTimeout{transport, transport->Timeout()}
+                                             : ChangeTimeout(entry->Seconds);
 }
 
 }  // namespace tarn4x

@@ -1,5 +1,8 @@
+#include <cmath>
+
 #include "driver/Dates.h"
 #include "driver/Recipes.h"
+#include "driver/RuntimeErrors.h"
 #include "driver/members/SharedRows.h"
 
 namespace tarn4x {
@@ -26,12 +29,14 @@ constexpr double HzPerStep = 10'000.0;         // the instrument counts in 10 kH
 constexpr double SpectrumEdge = 4'480'000.0;   // Hz on either side of the centre
 constexpr double NarrowestSpan = 1'340'000.0;  // Hz
 
+/// Bounds are compared in millionths of a Hz, so that what is computed from an answer meets the bound that it stands
+/// for.
+double Millionths(double frequency) { return std::round(frequency * 1e6); }
+
 /// The numbers of an answer "a,b,c", without what is behind their points.
 std::array<int, 3> ThreeNumbers(std::string_view text) {
     const auto fields = Split(text);
-    if (fields.size() < 3) {
-        throw platform::AutomationError(platform::SubscriptOutOfRange, "clsTarn4x", "Subscript out of range");
-    }
+    if (fields.size() < 3) RaiseSubscriptOutOfRange();
     std::array<int, 3> numbers{};
     for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = ToInteger(std::trunc(LeadingNumber(fields[i])));
     return numbers;
@@ -79,8 +84,8 @@ void clsTarn4x::put_MeasureCdSymbolCount(std::int32_t value) {
 }
 
 double clsTarn4x::get_MeasureFdSpectrumStartFreq() {
-    return HzPerStep *
-           ReadNumber({.Member = Members::MeasureFdSpectrumStartFreq, .Query = "SENS:DVBT:SPEC:FREQ:STAR?"});
+    return ReadNumber(
+        {.Member = Members::MeasureFdSpectrumStartFreq, .Query = "SENS:DVBT:SPEC:FREQ:STAR?", .Scale = HzPerStep});
 }
 
 void clsTarn4x::put_MeasureFdSpectrumStartFreq(double value) {
@@ -91,7 +96,8 @@ void clsTarn4x::put_MeasureFdSpectrumStartFreq(double value) {
 }
 
 double clsTarn4x::get_MeasureFdSpectrumStopFreq() {
-    return HzPerStep * ReadNumber({.Member = Members::MeasureFdSpectrumStopFreq, .Query = "SENS:DVBT:SPEC:FREQ:STOP?"});
+    return ReadNumber(
+        {.Member = Members::MeasureFdSpectrumStopFreq, .Query = "SENS:DVBT:SPEC:FREQ:STOP?", .Scale = HzPerStep});
 }
 
 void clsTarn4x::put_MeasureFdSpectrumStopFreq(double value) {
@@ -102,8 +108,8 @@ void clsTarn4x::put_MeasureFdSpectrumStopFreq(double value) {
 }
 
 void clsTarn4x::PutSpectrumFrequency(const Write& write, double value, double lowest, double highest) {
-    const bool inRange = value >= lowest && value <= highest;
-    if (!inRange && !AbortRequested()) RaiseOutOfRange(write.Member);
+    const bool inRange = Millionths(value) >= Millionths(lowest) && Millionths(value) <= Millionths(highest);
+    if (!std::isfinite(value) || (!inRange && !AbortRequested())) RaiseOutOfRange(write.Member);
     Tell(write, platform::GeneralNumber(RoundDecimals(value / HzPerStep, 2)));
 }
 
@@ -156,14 +162,18 @@ TarnStatusOrderOfQams clsTarn4x::get_MeasureOrderOfQam() {
                                             QamTokens);
 }
 
+std::optional<std::int32_t> clsTarn4x::AskSawFilter() {
+    return AskToken({.Member = Members::StatusSawFilterBW,
+                     .Query = "SENSE:DVBT:FILTER:SAW?",
+                     .Expected = "OFF,0,MHZ6,MHZ7,MHZ8",
+                     .Unknown = "Device reported an invalid filter bandwidth ( ",
+                     .UnknownEnd = " )",
+                     .UnknownCode = xtarnQueryFailed},
+                    SawTokens);
+}
+
 TarnStatusSawFilterBWs clsTarn4x::get_StatusSawFilterBW() {
-    return ReadToken<TarnStatusSawFilterBWs>({.Member = Members::StatusSawFilterBW,
-                                              .Query = "SENSE:DVBT:FILTER:SAW?",
-                                              .Expected = "OFF,0,MHZ6,MHZ7,MHZ8",
-                                              .Unknown = "Device reported an invalid filter bandwidth ( ",
-                                              .UnknownEnd = " )",
-                                              .UnknownCode = xtarnQueryFailed},
-                                             SawTokens);
+    return static_cast<TarnStatusSawFilterBWs>(AskSawFilter().value_or(tarnSawOFF));
 }
 
 void clsTarn4x::put_StatusSawFilterBW(TarnStatusSawFilterBWs value) {
@@ -223,8 +233,10 @@ Date clsTarn4x::get_SetupTime() {
 }
 
 void clsTarn4x::put_SetupTime(Date value) {
-    const auto time = TimeOf(value);
-    Tell({.Member = Members::SetupTime, .Command = "SYST:Time "}, Joined(time.Hour, time.Minute, time.Second));
+    Guarded(LetOf(Members::SetupTime), [&] {
+        const auto time = TimeOf(value);
+        channel.SendCommand("SYST:Time " + Joined(time.Hour, time.Minute, time.Second));
+    });
 }
 
 Date clsTarn4x::get_SetupDate() {
@@ -235,8 +247,10 @@ Date clsTarn4x::get_SetupDate() {
 }
 
 void clsTarn4x::put_SetupDate(Date value) {
-    const auto day = DayOf(value);
-    Tell({.Member = Members::SetupDate, .Command = "SYST:DATE "}, Joined(day.Year % 100, day.Month, day.Day));
+    Guarded(LetOf(Members::SetupDate), [&] {
+        const auto day = DayOf(value);
+        channel.SendCommand("SYST:DATE " + Joined(day.Year % 100, day.Month, day.Day));
+    });
 }
 
 }  // namespace tarn4x

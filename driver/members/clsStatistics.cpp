@@ -1,7 +1,9 @@
 #include "driver/members/clsStatistics.h"
 
+#include <cmath>
+
 #include "driver/Dates.h"
-#include "platform/AutomationError.h"
+#include "driver/RuntimeErrors.h"
 
 namespace tarn4x {
 
@@ -9,9 +11,7 @@ namespace {
 
 template <class Pieces>
 std::string_view PieceAt(const Pieces& pieces, std::size_t index) {
-    if (index >= pieces.size()) {
-        throw platform::AutomationError(platform::SubscriptOutOfRange, "XTarn4x", "Subscript out of range");
-    }
+    if (index >= pieces.size()) RaiseSubscriptOutOfRange();
     return pieces[index];
 }
 
@@ -52,7 +52,8 @@ void clsStatistics::put_Statistics(std::string_view value) {
         const auto text = PieceAt(fields, field.Index);
         if (text == "---") continue;
         const auto number = framework->NumberFromText(text);
-        if (!number) throw platform::AutomationError(platform::TypeMismatch, "XTarn4x", "Type mismatch");
+        if (!number) RaiseTypeMismatch();
+        if (!std::isfinite(*number)) RaiseOverflow();
         this->*field.Member = *number;
     }
 }

@@ -16,8 +16,9 @@ class clsStatistics {
     explicit clsStatistics(std::shared_ptr<platform::Framework> services) : framework(std::move(services)) {}
 
     std::string get_Statistics() const { return report; }
-    /// Decodes a report of at least 16 fields. Raises 9 at the first missing field, 13 for a count that is no number
-    /// in the user's regional format, 6 for a part of a duration beyond 16 bits; what was decoded before stays.
+    /// Decodes a report of at least 16 fields. Raises, from "XTarn4x", 9 at the first missing field, 13 for a count
+    /// that is no number in the user's regional format, 6 for a part of a duration beyond 16 bits or a count beyond a
+    /// double; what was decoded before stays.
     void put_Statistics(std::string_view value);
 
     Date get_MonitoringTime() const { return monitoringTime; }

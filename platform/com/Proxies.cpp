@@ -1,5 +1,7 @@
 #include "platform/com/Proxies.h"
 
+#include <limits>
+
 #include "platform/com/Errors.h"
 #include "platform/com/Text.h"
 #include "platform/com/Variants.h"
@@ -88,7 +90,9 @@ class FrameworkProxy : public platform::Framework {
     }
     std::optional<double> NumberFromText(std::string_view text) override {
         double number = 0.0;
-        if (FAILED(VarR8FromStr(Wide(text).data(), LOCALE_USER_DEFAULT, 0, &number))) return std::nullopt;
+        const HRESULT read = VarR8FromStr(Wide(text).data(), LOCALE_USER_DEFAULT, 0, &number);
+        if (read == DISP_E_OVERFLOW) return std::numeric_limits<double>::infinity();
+        if (FAILED(read)) return std::nullopt;
         return number;
     }
 

@@ -52,11 +52,11 @@ TEST(Integers, RoundHalvesToEvenAndOverflow) {
     EXPECT_EQ(ToLong(2147483647.4), 2147483647);
     EXPECT_EQ(ToInteger(std::string_view(" 12 ")), 12);
     for (const double outside : {32767.5, -32768.6, 1e300, std::nan("")}) {
-        EXPECT_OUTCOME(ToInteger(outside), "6 clsTarn4x: Overflow") << outside;
+        EXPECT_OUTCOME(ToInteger(outside), "6 XTarn4x: Overflow") << outside;
     }
-    EXPECT_OUTCOME(ToLong(2147483648.0), "6 clsTarn4x: Overflow");
+    EXPECT_OUTCOME(ToLong(2147483648.0), "6 XTarn4x: Overflow");
     for (const std::string_view text : {"", "5 dB", "x", "1,5", "+-5", "inf"}) {
-        EXPECT_OUTCOME(ToInteger(text), "13 clsTarn4x: Type mismatch") << text;
+        EXPECT_OUTCOME(ToInteger(text), "13 XTarn4x: Type mismatch") << text;
     }
 }
 
@@ -64,7 +64,7 @@ TEST(Booleans, AreNumbersOrWords) {
     for (const char* text : {"1", "-1", "0.5", "True", "TRUE", " true "}) EXPECT_TRUE(ToBoolean(text)) << text;
     for (const char* text : {"0", "0.0", "-0", "False", "fAlSe"}) EXPECT_FALSE(ToBoolean(text)) << text;
     for (const char* text : {"", "yes", "1x", "Tru"}) {
-        EXPECT_OUTCOME(ToBoolean(text), "13 clsTarn4x: Type mismatch") << text;
+        EXPECT_OUTCOME(ToBoolean(text), "13 XTarn4x: Type mismatch") << text;
     }
 }
 

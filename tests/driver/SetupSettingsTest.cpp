@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "driver/Dates.h"
 #include "tests/driver/Bench.h"
 
@@ -83,6 +85,9 @@ TEST(SpectrumSpan, IsAtLeastThatWideAndStaysInside) {
     Bench bench(tarnSP_2);
     CHECK(bench, stop + "? = 400" + own + "266", put_MeasureFdSpectrumStartFreq(2660000.0), Done);
     CHECK(bench, stop + "? = 400", put_MeasureFdSpectrumStartFreq(2660001.0), startRange);
+    CHECK(bench, stop + "? = 134.14" + own + "0.14", put_MeasureFdSpectrumStartFreq(1400.0), Done);
+    CHECK(bench, stop + "? = 134.14", put_MeasureFdSpectrumStartFreq(1401.0), startRange);
+    CHECK(bench, start + "? = 1e305", get_MeasureFdSpectrumStartFreq(), GetFailed("MeasureFdSpectrumStartFreq"));
     CHECK(bench, stop + "? = 400" + own + "-448", put_MeasureFdSpectrumStartFreq(-4480000.0), Done);
     CHECK(bench, stop + "? = 400", put_MeasureFdSpectrumStartFreq(-4480001.0), startRange);
     CHECK(bench, stop + "? = 400" + own + "134.5", put_MeasureFdSpectrumStartFreq(1345049.0), Done);
@@ -102,6 +107,8 @@ TEST(SpectrumSpan, HasNoBoundsWhenTheUserAsksToStop) {
     bench.world->Abort = true;
     CHECK(bench, "SENS:DVBT:SPEC:FREQ:STOP? = 1 | SENS:DVBT:SPEC:FREQ:STAR 900",
           put_MeasureFdSpectrumStartFreq(9000000.0), Done);
+    CHECK(bench, "SENS:DVBT:SPEC:FREQ:STAR? = 1", put_MeasureFdSpectrumStopFreq(std::nan("")),
+          OutOfRange("MeasureFdSpectrumStopFreq"));
 }
 
 TEST(StatusReads, TurnAnswersIntoBooleans) {
@@ -124,7 +131,15 @@ TEST(Clock, GoesOverTheWireAsPlainNumbers) {
     CHECK(bench, "SYST:TIME? = \"23,59.9,0\"", get_SetupTime(), (23 * 60 + 59) / 1440.0);
     CHECK(bench, "SYST:DATE? = 2026,3,15", get_SetupDate(), 46096);
     CHECK(bench, "SYST:DATE? = 26,3,15", get_SetupDate(), 46096);
-    CHECK(bench, "SYST:DATE? = 26,3", get_SetupDate(), GetFailed("SetupDate"));
+    for (const auto* answer : {"26,3", "10000,1,1", "32767,32767,32767", "99999,1,1"}) {
+        CHECK(bench, "SYST:DATE? = " + std::string(answer), get_SetupDate(), GetFailed("SetupDate"));
+    }
+    for (const double none : {std::nan(""), HUGE_VAL, -657435.0, 2958466.0, 1e300}) {
+        CHECK(bench, "", put_SetupTime(none), LetFailed("SetupTime"));
+        CHECK(bench, "", put_SetupDate(none), LetFailed("SetupDate"));
+    }
+    CHECK(bench, "SYST:DATE 99,12,31", put_SetupDate(2958465.5), Done);
+    CHECK(bench, "SYST:DATE 0,1,1", put_SetupDate(-657434.25), Done);
 }
 
 TEST(SetupSettings, ThatChangeTheSignalForgetTheImpulseResponse) {

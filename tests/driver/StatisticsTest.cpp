@@ -46,7 +46,7 @@ TEST(Statistics, DecodesDurations) {
 TEST(Statistics, RaisesAtTheFirstBadFieldAndKeepsWhatCameBefore) {
     const std::string subscript = "9 XTarn4x: Subscript out of range", mismatch = "13 XTarn4x: Type mismatch";
     const std::pair<std::string, std::string> cases[] = {
-        {With(1, ""), subscript},      {With(1, "40000"), "6 clsTarn4x: Overflow"},
+        {With(1, ""), subscript},      {With(1, "40000"), "6 XTarn4x: Overflow"},
         {With(14, "x"), mismatch},     {With(99, "", 15), subscript},
         {With(99, "", 11), subscript}, {"", subscript},
         {With(15, ""), mismatch},      {With(15, "--- "), mismatch}};
