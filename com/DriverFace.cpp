@@ -475,8 +475,7 @@ STDMETHODIMP Dispatch<_clsTarn4x>::Invoke(DISPID member, REFIID reserved, LCID, 
     if (!arguments) return E_POINTER;
     return Border(IID_IDispatch, [&] {
         ScriptArguments passed(member, *arguments);
-        const HRESULT called =
-            Shared().Members().Invoke(this, member, flags, passed.Get(), result, exception, badArgument);
+        const HRESULT called = Members().Invoke(this, member, flags, passed.Get(), result, exception, badArgument);
         if (SUCCEEDED(called)) passed.HandOver();
         return called;
     });

@@ -62,29 +62,9 @@ bool Contains(const Node& tree, const Node& node) {
 }
 
 /// Enumerates the nodes that were there when it was made.
-class NodeEnumerator : public IEnumVARIANT {
+class NodeEnumerator : public Object<IEnumVARIANT> {
   public:
-    explicit NodeEnumerator(std::vector<Node> nodes, std::size_t next = 0) : nodes_(std::move(nodes)), next_(next) {
-        CountObject();
-    }
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        const bool known = iid == IID_IUnknown || iid == IID_IEnumVARIANT;
-        *object = known ? this : nullptr;
-        if (!known) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-    STDMETHODIMP_(ULONG) Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) {
-            delete this;
-            DiscountObject();
-        }
-        return static_cast<ULONG>(left);
-    }
+    explicit NodeEnumerator(std::vector<Node> nodes, std::size_t next = 0) : nodes_(std::move(nodes)), next_(next) {}
 
     STDMETHODIMP Next(ULONG count, VARIANT* values, ULONG* fetched) override {
         if (fetched) *fetched = 0;
@@ -111,15 +91,13 @@ class NodeEnumerator : public IEnumVARIANT {
     STDMETHODIMP Clone(IEnumVARIANT** clone) override {
         if (!clone) return E_POINTER;
         *clone = nullptr;
-        return Border(IID_IEnumVARIANT, [&] { *clone = new NodeEnumerator(nodes_, next_); });
+        return Border(IID_IEnumVARIANT,
+                      [&] { *clone = ComPtr<IEnumVARIANT>(new NodeEnumerator(nodes_, next_)).detach(); });
     }
 
   private:
-    virtual ~NodeEnumerator() = default;
-
     const std::vector<Node> nodes_;
     std::size_t next_;
-    LONG references_ = 1;
 };
 
 class NodeFace : public DualFace<&CLSID_clsNode, INode> {
@@ -182,9 +160,7 @@ class NodeFace : public DualFace<&CLSID_clsNode, INode> {
         return Get<INode>(count, [&] { return static_cast<std::int32_t>(node_->Children().size()); });
     }
     STDMETHODIMP get__NewEnum(IUnknown** enumerator) override {
-        return Get<INode>(enumerator, [&] {
-            return ComPtr<IUnknown>::Attach(static_cast<IEnumVARIANT*>(new NodeEnumerator(ChildrenOf(node_))));
-        });
+        return Get<INode>(enumerator, [&] { return ComPtr<IUnknown>(new NodeEnumerator(ChildrenOf(node_))); });
     }
 
   private:
@@ -203,12 +179,7 @@ class NodeFace : public DualFace<&CLSID_clsNode, INode> {
         return ComPtr<NodeFace>::Attach(static_cast<NodeFace*>(found))->node_;
     }
 
-    HRESULT QueryFurther(REFIID iid, void** object) override {
-        if (iid != IID_NodeFace) return E_NOINTERFACE;
-        AddRef();
-        *object = this;
-        return S_OK;
-    }
+    void* Find(REFIID iid) override { return iid == IID_NodeFace ? this : DualFace::Find(iid); }
 
     std::shared_ptr<platform::SettingsNode> Find(const platform::Value& name) const {
         if (const auto text = std::get_if<std::string>(&name)) return node_->Item(*text);

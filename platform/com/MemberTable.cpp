@@ -57,22 +57,22 @@ HRESULT Raised(HRESULT result, EXCEPINFO* exception) {
 
 }  // namespace
 
-MemberTable::MemberTable(ITypeInfo* description) : description_(description) {
+MemberTable::MemberTable(ComPtr<ITypeInfo> description) : description_(std::move(description)) {
     TYPEATTR* attributes = nullptr;
-    Check(description->GetTypeAttr(&attributes));
+    Check(description_->GetTypeAttr(&attributes));
     const UINT count = attributes->cFuncs;
-    description->ReleaseTypeAttr(attributes);
+    description_->ReleaseTypeAttr(attributes);
     for (UINT index = 0; index < count; ++index) {
         FUNCDESC* function = nullptr;
-        Check(description->GetFuncDesc(index, &function));
+        Check(description_->GetFuncDesc(index, &function));
         const DISPID identifier = function->memid;
-        if (auto member = Plain(description, *function)) {
+        if (auto member = Plain(description_.get(), *function)) {
             plainMembers_.emplace(Key(identifier, function->invkind), std::move(*member));
         }
-        description->ReleaseFuncDesc(function);
+        description_->ReleaseFuncDesc(function);
         Bstr name;
         UINT named = 0;
-        Check(description->GetNames(identifier, name.put(), 1, &named));
+        Check(description_->GetNames(identifier, name.put(), 1, &named));
         identifiers_.emplace(name.get(), identifier);
     }
 }

@@ -15,7 +15,9 @@ namespace com {
 /// where the type description would search member by member.
 class MemberTable {
   public:
-    explicit MemberTable(ITypeInfo* description);
+    explicit MemberTable(ComPtr<ITypeInfo> description);
+
+    ComPtr<ITypeInfo> Description() const { return description_; }
 
     /// In any letter case. Names of arguments may follow that of the member.
     HRESULT Find(LPOLESTR* names, UINT count, DISPID* identifiers) const;
