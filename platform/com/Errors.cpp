@@ -100,11 +100,10 @@ void Check(HRESULT result, IUnknown* object, REFIID iid) {
 
 void Check(HRESULT result) { Check(result, nullptr, IID_NULL); }
 
-HRESULT RunAtBorder(REFIID iid, HRESULT (*body)(void*), void* context) noexcept {
-    SetErrorInfo(0, nullptr);
+HRESULT ResultOfException(REFIID iid) noexcept {
     try {
         try {
-            return body(context);
+            throw;
         } catch (const AutomationError& error) {
             return Report(iid, error);
         } catch (const std::bad_alloc&) {

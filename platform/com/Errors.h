@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <type_traits>
 
 #include "platform/AutomationError.h"
@@ -27,23 +26,24 @@ void Check(HRESULT result, Interface* object) {
     Check(result, object, __uuidof(Interface));
 }
 
+/// Turns the exception that is being handled into a result code with error information for interface iid.
+HRESULT ResultOfException(REFIID iid) noexcept;
+
 /// Runs the body of an entry point of interface iid and turns whatever it raises into a result code with error
 /// information. The body returns nothing (success) or a result code.
-HRESULT RunAtBorder(REFIID iid, HRESULT (*body)(void*), void* context) noexcept;
-
 template <class Body>
 HRESULT Border(REFIID iid, Body&& body) noexcept {
-    using Plain = std::remove_reference_t<Body>;
-    const auto run = [](void* context) -> HRESULT {
-        auto& callable = *static_cast<Plain*>(context);
-        if constexpr (std::is_same_v<decltype(callable()), HRESULT>) {
-            return callable();
-        } else {
-            callable();
+    SetErrorInfo(0, nullptr);
+    try {
+        if constexpr (std::is_void_v<decltype(body())>) {
+            body();
             return S_OK;
+        } else {
+            return body();
         }
-    };
-    return RunAtBorder(iid, run, const_cast<void*>(static_cast<const void*>(std::addressof(body))));
+    } catch (...) {
+        return ResultOfException(iid);
+    }
 }
 
 }  // namespace com
