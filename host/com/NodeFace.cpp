@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 
 #include "host/SettingsTree.h"
 #include "host/com/Members.h"
@@ -21,17 +22,6 @@ using Node = std::shared_ptr<host::SettingsNode>;
 
 class NodeFace;
 
-class Locked {
-  public:
-    explicit Locked(SRWLOCK& lock) : lock_(lock) { AcquireSRWLockExclusive(&lock_); }
-    Locked(const Locked&) = delete;
-    Locked& operator=(const Locked&) = delete;
-    ~Locked() { ReleaseSRWLockExclusive(&lock_); }
-
-  private:
-    SRWLOCK& lock_;
-};
-
 // The faces that clients hold, by their nodes: a node has one identity. Each face is used in its own apartment only,
 // the lock keeps the apartments apart.
 class FacesInUse {
@@ -40,7 +30,7 @@ class FacesInUse {
     void Forget(host::SettingsNode* node);
 
   private:
-    SRWLOCK lock_ = SRWLOCK_INIT;
+    std::mutex mutex_;
     std::map<host::SettingsNode*, NodeFace*> faces_;
 };
 
@@ -197,14 +187,14 @@ class NodeFace : public DualFace<&CLSID_clsNode, INode> {
 };
 
 ComPtr<INode> FacesInUse::Of(const Node& node) {
-    const Locked locked(lock_);
+    const std::lock_guard lock(mutex_);
     auto& face = faces_[node.get()];
     if (!face) face = new NodeFace(node);
     return ComPtr<INode>(face);
 }
 
 void FacesInUse::Forget(host::SettingsNode* node) {
-    const Locked locked(lock_);
+    const std::lock_guard lock(mutex_);
     faces_.erase(node);
 }
 
