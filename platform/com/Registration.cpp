@@ -130,7 +130,8 @@ std::optional<std::wstring> ReadText(Scope scope, const std::wstring& path, cons
     const auto key = Open(scope, path, view);
     const auto content = key ? Read(key.get(), name, RRF_RT_REG_SZ) : std::nullopt;
     if (!content) return {};
-    return reinterpret_cast<const wchar_t*>(content->bytes.data());
+    const auto* text = reinterpret_cast<const wchar_t*>(content->bytes.data());
+    return std::wstring(text, wcsnlen(text, content->bytes.size() / sizeof(wchar_t)));
 }
 
 LSTATUS Set(Scope scope, const std::wstring& key, const std::wstring& name, DWORD type, const void* data,
