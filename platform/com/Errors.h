@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <type_traits>
 
 #include "platform/AutomationError.h"
@@ -15,8 +16,12 @@ HRESULT ResultOf(std::int32_t number);
 /// The way back; the standard codes of type mismatch, overflow and bad index come back as 13, 6 and 9.
 std::int32_t NumberOf(HRESULT result);
 
+/// Raises an error of this component's own: its source is the component's name.
+[[noreturn]] void Raise(std::int32_t number, std::string description);
+
 /// Raises a failed result as AutomationError: with source, description and help of the object's own error information
-/// when the object tells that the interface supports it, else with the system's text for the code.
+/// when the object tells that the interface supports it, else with the system's text for the code and this component's
+/// name.
 void Check(HRESULT result, IUnknown* object, REFIID iid);
 /// The same where no object is at hand that could have error information.
 void Check(HRESULT result);

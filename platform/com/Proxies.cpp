@@ -12,7 +12,7 @@ constexpr std::int32_t CannotCreateObject = 429;
 VARIANT_BOOL Truth(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
 std::shared_ptr<platform::SettingsNode> ProxyOf(ComPtr<INode> node) {
-    if (!node) throw platform::AutomationError(platform::ObjectVariableNotSet, "", "Object variable not set");
+    if (!node) Raise(platform::ObjectVariableNotSet, "Object variable not set");
     return std::make_shared<NodeProxy>(std::move(node));
 }
 
@@ -165,7 +165,7 @@ void NodeProxy::SetFixed(bool fixed) { Check(node_->put_Fixed(Truth(fixed)), nod
 
 INode* ComOf(platform::SettingsNode& node) {
     if (const auto proxy = dynamic_cast<NodeProxy*>(&node)) return proxy->get();
-    throw platform::AutomationError(platform::TypeMismatch, "", "Type mismatch");
+    Raise(platform::TypeMismatch, "Type mismatch");
 }
 
 float TransportProxy::Timeout() { return Read(text_, &ITextLink::get_Timeout); }
@@ -228,8 +228,7 @@ ComPtr<IUnknown> CreateByProgId(std::string_view progId, REFIID iid) {
     CLSID clsid;
     const bool cut = progId.find('\0') != progId.npos;  // the system would not see what is behind
     if (cut || FAILED(CLSIDFromProgID(Wide(progId).c_str(), &clsid))) {
-        throw platform::AutomationError(CannotCreateObject, "",
-                                        "Component can't create object: \"" + std::string(progId) + '"');
+        Raise(CannotCreateObject, "Component can't create object: \"" + std::string(progId) + '"');
     }
     ComPtr<IClassFactory> factory;
     Check(CoGetClassObject(clsid, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, nullptr, IID_IClassFactory,

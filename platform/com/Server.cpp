@@ -5,6 +5,7 @@
 #include "platform/com/ComPtr.h"
 #include "platform/com/Errors.h"
 #include "platform/com/Object.h"
+#include "platform/com/Text.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
@@ -53,6 +54,12 @@ std::wstring FileName(HMODULE module) {
     std::wstring name(0x8000, L'\0');  // the longest path
     name.resize(GetModuleFileNameW(module, name.data(), static_cast<DWORD>(name.size())));
     return name;
+}
+
+std::string ComponentName() {
+    const auto file = Utf8(FileName(ThisModule()));
+    const auto name = file.substr(file.rfind('\\') + 1);
+    return name.substr(0, name.rfind('.'));
 }
 
 void CountObject() { ++inUse; }

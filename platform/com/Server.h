@@ -42,6 +42,8 @@ const Server& TheServer();
 /// The module that this code was linked into.
 HMODULE ThisModule();
 std::wstring FileName(HMODULE module);
+/// The name of the component that this code was linked into, as its file has it: "Conduit".
+std::string ComponentName();
 
 /// Counts the objects that clients hold and the locks on class factories.
 void CountObject();

@@ -6,6 +6,7 @@
 
 #include "platform/AutomationError.h"
 #include "platform/com/ComPtr.h"
+#include "platform/com/Errors.h"
 #include "platform/com/Text.h"
 
 namespace com {
@@ -13,11 +14,11 @@ namespace {
 
 constexpr LCID Invariant = 0x409;
 
-[[noreturn]] void RaiseTypeMismatch() { throw platform::AutomationError(platform::TypeMismatch, "", "Type mismatch"); }
+[[noreturn]] void RaiseTypeMismatch() { Raise(platform::TypeMismatch, "Type mismatch"); }
 
 // A host may pass any conversion's failure on; the one that has a number of its own is Overflow.
 void CheckConversion(HRESULT result) {
-    if (result == DISP_E_OVERFLOW) throw platform::AutomationError(platform::Overflow, "", "Overflow");
+    if (result == DISP_E_OVERFLOW) Raise(platform::Overflow, "Overflow");
     if (result == E_OUTOFMEMORY) throw std::bad_alloc();
     if (FAILED(result)) RaiseTypeMismatch();
 }
@@ -37,9 +38,7 @@ Variant Converted(const VARIANT& value, VARTYPE type) {
 }
 
 Variant DefaultValue(IUnknown* object) {
-    if (!object) {
-        throw platform::AutomationError(platform::ObjectVariableNotSet, "", "Object variable not set");
-    }
+    if (!object) Raise(platform::ObjectVariableNotSet, "Object variable not set");
     const auto dispatch = ComPtr<IUnknown>(object).As<IDispatch>();
     Variant value;
     DISPPARAMS none{};

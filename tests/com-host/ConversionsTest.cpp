@@ -77,9 +77,11 @@ TEST(Variants, ThatAreNoValuesAreRefused) {
     const auto null = Raw(VT_NULL, [](auto&) {}), nothing = Raw(VT_DISPATCH, [](auto&v) { V_DISPATCH(&v) = nullptr; }),
                object = Raw(VT_DISPATCH, [&](auto&v) { V_DISPATCH(&v) = &plain; });
     for (const VARIANT& variant : {null, VARIANT(bytes), com::MissingArgument(), object}) {
-        EXPECT_EQ(Raised([&] { FromVariant(variant); }), "13||Type mismatch") << V_VT(&variant);
+        EXPECT_EQ(Raised([&] { FromVariant(variant); }), "13|test-com-host|Type mismatch") << V_VT(&variant);
     }
-    EXPECT_EQ(Raised([&] { FromVariant(nothing); }), "91||Object variable not set");
+    EXPECT_EQ(Raised([&] { FromVariant(nothing); }), "91|test-com-host|Object variable not set");
+    EXPECT_EQ(Raised([&] { FromVariant(Raw(VT_VARIANT | VT_BYREF, [](auto& v) { V_VARIANTREF(&v) = nullptr; })); }),
+              std::to_string(E_POINTER) + "|test-com-host|Invalid pointer");
 }
 
 TEST(Variants, TellWhetherAnArgumentWasGiven) {
@@ -93,7 +95,7 @@ TEST(Variants, TellWhetherAnArgumentWasGiven) {
     EXPECT_EQ(com::OptionalText(missing), std::nullopt);
     EXPECT_EQ(com::OptionalText(Arg(Value(12))), "12");
     EXPECT_EQ(com::OptionalNumber(Arg("12")), 12);
-    EXPECT_EQ(Raised([] { com::OptionalNumber(Arg("x")); }), "13||Type mismatch");
+    EXPECT_EQ(Raised([] { com::OptionalNumber(Arg("x")); }), "13|test-com-host|Type mismatch");
 }
 
 TEST(Variants, AreAssignedInTheTypeOfTheVariable) {
@@ -105,8 +107,8 @@ TEST(Variants, AreAssignedInTheTypeOfTheVariable) {
     auto reference = Raw(VT_I2 | VT_BYREF, [&](auto& v) { V_I2REF(&v) = &number; });
     com::Assign(reference, Value(std::string("31")));
     EXPECT_EQ(number, 31);
-    EXPECT_EQ(Raised([&] { com::Assign(reference, Value(40000)); }), "6||Overflow");
-    EXPECT_EQ(Raised([&] { com::Assign(reference, Value(std::string("---"))); }), "13||Type mismatch");
+    EXPECT_EQ(Raised([&] { com::Assign(reference, Value(40000)); }), "6|test-com-host|Overflow");
+    EXPECT_EQ(Raised([&] { com::Assign(reference, Value(std::string("---"))); }), "13|test-com-host|Type mismatch");
     EXPECT_EQ(number, 31);
 
     BSTR name = com::ToBstr(std::string_view("old"));
@@ -134,6 +136,6 @@ TEST(ByteArrays, AreMadeOfAScriptsArray) {
     put(6, std::string("255"));
     EXPECT_EQ(com::BytesOf(array), (std::vector<std::uint8_t>{9, 255}));
     put(6, 256);
-    EXPECT_EQ(Raised([&] { com::BytesOf(array); }), "6||Overflow");
-    EXPECT_EQ(Raised([] { com::BytesOf(Arg("text")); }), "13||Type mismatch");
+    EXPECT_EQ(Raised([&] { com::BytesOf(array); }), "6|test-com-host|Overflow");
+    EXPECT_EQ(Raised([] { com::BytesOf(Arg("text")); }), "13|test-com-host|Type mismatch");
 }

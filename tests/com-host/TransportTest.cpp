@@ -54,7 +54,7 @@ TEST(TransportProxy, PassesOptionalArguments) {
 TEST(Framework, CreatesTransportsByProgId) {
     const auto framework = com::ComFramework();
     EXPECT_EQ(Raised([&] { framework->CreateTransport("Conduit.clsNone"); }),
-              "429||Component can't create object: \"Conduit.clsNone\"");
+              "429|test-com-host|Component can't create object: \"Conduit.clsNone\"");
     for (const auto& [progId, subtree] : {std::pair{"Conduit.clsGPIB", "GPIB"},
                                           {"Conduit.clsComm", "RS232"},
                                           {"Conduit.clsEthernet", "TCP/IP"},
