@@ -173,8 +173,7 @@ float TransportProxy::Timeout() { return Read(text_, &ITextLink::get_Timeout); }
 void TransportProxy::SetTimeout(float seconds) { Check(text_->put_Timeout(seconds), text_.get()); }
 
 void TransportProxy::SendReceive(std::string_view command, std::string* response) {
-    Variant answer;
-    if (!response) static_cast<VARIANT&>(answer) = MissingArgument();
+    Variant answer(response ? ToVariant(*response) : MissingArgument());
     Check(text_->SendReceive(Bstr(command).get(), &answer), text_.get());
     if (response) *response = TextOf(answer);
 }

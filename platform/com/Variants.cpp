@@ -60,9 +60,10 @@ platform::Value ValueOf(const VARIANT& value, int depth) {
             return {};
         case VT_BOOL:
             return V_BOOL(&value) != VARIANT_FALSE;
+        case VT_I2:
+            return V_I2(&value);
         case VT_I1:
         case VT_UI1:
-        case VT_I2:
         case VT_UI2:
         case VT_I4:
         case VT_INT:
@@ -181,6 +182,10 @@ VARIANT ToVariant(const platform::Value& value) {
             V_R8(&result) = number;
         }
         void operator()(const std::string& text) const {
+        void operator()(std::int16_t number) const {
+            V_VT(&result) = VT_I2;
+            V_I2(&result) = number;
+        }
             V_BSTR(&result) = ToBstr(text);
             V_VT(&result) = VT_BSTR;
         }

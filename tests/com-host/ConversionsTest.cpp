@@ -55,7 +55,7 @@ TEST(Variants, BecomeValues) {
         {Raw(VT_EMPTY, [](auto&) {}), {}},
         {Raw(VT_BOOL, [](auto& v) { V_BOOL(&v) = VARIANT_TRUE; }), true},
         {Raw(VT_UI1, [](auto& v) { V_UI1(&v) = 200; }), 200},
-        {Raw(VT_I2, [](auto& v) { V_I2(&v) = -5; }), -5},
+        {Raw(VT_I2, [](auto& v) { V_I2(&v) = -5; }), std::int16_t{-5}},
         {Raw(VT_I4, [](auto& v) { V_I4(&v) = 70000; }), 70000},
         {Raw(VT_R4, [](auto& v) { V_R4(&v) = 0.5F; }), 0.5},
         {Raw(VT_R8, [](auto& v) { V_R8(&v) = 1e300; }), 1e300},

@@ -86,9 +86,9 @@ TEST_F(Node, StaysTheSameTreeWhenGrafted) {
     const auto group = Add(other.get(), "GPIB");
     const auto address = Add(group.get(), "Primary Address");
     com::Check(root->AddNode(group.get(), VARIANT_TRUE, VARIANT_TRUE), root.get());
-    address->put_Value(Arg(Value(6)));
+    address->put_Value(Arg(Value(std::int16_t{6})));
     EXPECT_EQ(Item(root.get(), "GPIB").get(), group.get());
-    EXPECT_EQ(ValueOf(Item(root.get(), "GPIB.Primary Address").get()), Value(6));
+    EXPECT_EQ(ValueOf(Item(root.get(), "GPIB.Primary Address").get()), Value(std::int16_t{6}));
 }
 
 TEST_F(Node, LivesAsLongAsItsParentOrAClientHoldsIt) {

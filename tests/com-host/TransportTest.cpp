@@ -6,7 +6,7 @@ using platform::Value;
 
 namespace {
 
-/// Notes what arrives and answers every query with "---".
+/// Notes what arrives and leaves the answer to a query as it is.
 class FakeLink : public Fake<ITextLink> {
   public:
     STDMETHODIMP get_Timeout(float* seconds) override { return Give(seconds, 5.0F); }
@@ -16,9 +16,8 @@ class FakeLink : public Fake<ITextLink> {
         });
     }
     STDMETHODIMP SendReceive(BSTR command, VARIANT* response) override {
-        Seen = com::Utf8(command) + (com::ParameterNotFound(*response) ? " without" : " with") + " response";
-        if (!com::ParameterNotFound(*response)) *response = com::ToVariant(Text("---"));
-        return S_OK;
+        const bool without = com::ParameterNotFound(*response);
+        return Give(&Seen, com::Utf8(command) + (without ? " without response" : " into " + com::TextOf(*response)));
     }
     STDMETHODIMP WriteString(BSTR command) override { return Give(&Seen, com::Utf8(command)); }
     STDMETHODIMP ReadString(VARIANT command, BSTR* answer) override {
@@ -34,9 +33,9 @@ TEST(TransportProxy, PassesOptionalArguments) {
     FakeLink link;
     {
         com::TransportProxy proxy{ComPtr<ITextLink>(&link)};
-        std::string answer;
+        std::string answer = "---";
         proxy.SendReceive("RF?", &answer);
-        EXPECT_EQ(link.Seen, "RF? with response");
+        EXPECT_EQ(link.Seen, "RF? into ---");
         EXPECT_EQ(answer, "---");
         proxy.SendReceive("*CLS", nullptr);
         EXPECT_EQ(link.Seen, "*CLS without response");
