@@ -23,12 +23,6 @@ void CheckConversion(HRESULT result) {
     if (FAILED(result)) RaiseTypeMismatch();
 }
 
-Variant Dereferenced(const VARIANT& value) {
-    Variant copy;
-    CheckConversion(VariantCopyInd(&copy, const_cast<VARIANT*>(&value)));
-    return copy;
-}
-
 Variant Converted(const VARIANT& value, VARTYPE type) {
     Variant converted;
     // Without the changes that a user with this very locale has made to the regional format.
@@ -52,9 +46,14 @@ Variant DefaultValue(IUnknown* object) {
 // An object's default value may be an object again; a chain of them that long is a circle.
 constexpr int LongestChain = 16;
 
-platform::Value ValueOf(const VARIANT& value, int depth) {
+platform::Value ValueOf(const VARIANT& given, int depth) {
+    const VARIANT& value = Followed(given);
     if (V_ISARRAY(&value)) RaiseTypeMismatch();
-    if (V_ISBYREF(&value)) return ValueOf(Dereferenced(value), depth);
+    if (V_ISBYREF(&value)) {
+        Variant copy;
+        CheckConversion(VariantCopyInd(&copy, const_cast<VARIANT*>(&value)));
+        return ValueOf(copy, depth);
+    }
     switch (V_VT(&value)) {
         case VT_EMPTY:
             return {};
@@ -66,8 +65,15 @@ platform::Value ValueOf(const VARIANT& value, int depth) {
         case VT_UI1:
         case VT_UI2:
         case VT_I4:
+        case VT_UI4:
+        case VT_I8:
+        case VT_UI8:
         case VT_INT:
-            return static_cast<std::int32_t>(Converted(value, VT_I4).lVal);
+        case VT_UINT: {
+            const double number = Converted(value, VT_R8).dblVal;
+            if (number < INT32_MIN || number > INT32_MAX) return number;
+            return static_cast<std::int32_t>(number);
+        }
         case VT_R4:
             return static_cast<double>(V_R4(&value));
         case VT_R8:
@@ -110,15 +116,19 @@ std::uint8_t Element(SAFEARRAY* array, VARTYPE type, LONG index) {
 
 }  // namespace
 
-bool ParameterNotFound(const VARIANT& argument) {
-    if (V_VT(&argument) == (VT_BYREF | VT_VARIANT)) return ParameterNotFound(*V_VARIANTREF(&argument));
-    return V_VT(&argument) == VT_ERROR && V_ERROR(&argument) == DISP_E_PARAMNOTFOUND;
+VARIANT& Followed(VARIANT& value) {
+    if (V_ISBYREF(&value) && !V_BYREF(&value)) Raise(E_POINTER, "Invalid pointer");
+    return V_VT(&value) == (VT_BYREF | VT_VARIANT) ? Followed(*V_VARIANTREF(&value)) : value;
 }
 
-bool Missing(const VARIANT& argument) {
-    if (V_VT(&argument) == (VT_BYREF | VT_VARIANT)) return Missing(*V_VARIANTREF(&argument));
-    return V_VT(&argument) == VT_EMPTY || ParameterNotFound(argument);
+const VARIANT& Followed(const VARIANT& value) { return Followed(const_cast<VARIANT&>(value)); }
+
+bool ParameterNotFound(const VARIANT& argument) {
+    const VARIANT& value = Followed(argument);
+    return V_VT(&value) == VT_ERROR && V_ERROR(&value) == DISP_E_PARAMNOTFOUND;
 }
+
+bool Missing(const VARIANT& argument) { return V_VT(&Followed(argument)) == VT_EMPTY || ParameterNotFound(argument); }
 
 VARIANT MissingArgument() {
     VARIANT missing;
@@ -139,11 +149,11 @@ std::optional<std::string> OptionalText(const VARIANT& argument) {
 
 std::optional<std::int32_t> OptionalNumber(const VARIANT& argument) {
     if (Missing(argument)) return std::nullopt;
-    return static_cast<std::int32_t>(Converted(Dereferenced(argument), VT_I4).lVal);
+    return static_cast<std::int32_t>(Converted(Followed(argument), VT_I4).lVal);
 }
 
-void Assign(VARIANT& variable, const platform::Value& value) {
-    if (V_VT(&variable) == (VT_BYREF | VT_VARIANT)) return Assign(*V_VARIANTREF(&variable), value);
+void Assign(VARIANT& argument, const platform::Value& value) {
+    VARIANT& variable = Followed(argument);
     Variant assigned(ToVariant(value));
     if (!V_ISBYREF(&variable)) {
         VariantClear(&variable);
@@ -173,6 +183,10 @@ VARIANT ToVariant(const platform::Value& value) {
             V_VT(&result) = VT_BOOL;
             V_BOOL(&result) = boolean ? VARIANT_TRUE : VARIANT_FALSE;
         }
+        void operator()(std::int16_t number) const {
+            V_VT(&result) = VT_I2;
+            V_I2(&result) = number;
+        }
         void operator()(std::int32_t number) const {
             V_VT(&result) = VT_I4;
             V_I4(&result) = number;
@@ -182,10 +196,6 @@ VARIANT ToVariant(const platform::Value& value) {
             V_R8(&result) = number;
         }
         void operator()(const std::string& text) const {
-        void operator()(std::int16_t number) const {
-            V_VT(&result) = VT_I2;
-            V_I2(&result) = number;
-        }
             V_BSTR(&result) = ToBstr(text);
             V_VT(&result) = VT_BSTR;
         }
@@ -211,8 +221,8 @@ VARIANT ToVariant(std::span<const std::uint8_t> bytes) {
     return result;
 }
 
-std::vector<std::uint8_t> BytesOf(const VARIANT& value) {
-    if (V_VT(&value) == (VT_BYREF | VT_VARIANT)) return BytesOf(*V_VARIANTREF(&value));
+std::vector<std::uint8_t> BytesOf(const VARIANT& argument) {
+    const VARIANT& value = Followed(argument);
     if (!V_ISARRAY(&value)) RaiseTypeMismatch();
     SAFEARRAY* const array = V_ISBYREF(&value) ? *V_ARRAYREF(&value) : V_ARRAY(&value);
     if (!array || SafeArrayGetDim(array) != 1) RaiseTypeMismatch();

@@ -80,4 +80,8 @@ TEST(Transport, NeedsAConnection) {
     com::Variant response = Arg("kept");
     EXPECT_LT(link->SendReceive(com::Bstr("RF?").get(), &response), S_OK);
     EXPECT_EQ(com::TextOf(response), "kept");
+    EXPECT_EQ(Raised([&] {
+                  Call(link.get(), L"SendReceive", {Text("RF?"), Text("lost")});
+              }),
+              "13|test-com-host|Type mismatch");
 }
