@@ -26,18 +26,20 @@ TEST(SettingsCatalogue, HasItsSettingsInOrderWithDefaultsAndLists) {
                                       "TCP/IP=Conduit.clsEthernet, GUI=Conduit.clsGUI",
                                       "Log Messages|1|2|-1|Yes=-1,No=0", "GPIB", "RS232", "TCP/IP", "GUI"));
     const struct {
-        const char *Path, *Value, *List;
+        const char* Path;
+        platform::Value Value;
+        const char* List;
     } transports[] = {
-        {"GPIB.Primary Address", "6", ""},
+        {"GPIB.Primary Address", std::int16_t{6}, ""},
         {"RS232.Comm Port", "2", "COM2=2,COM4=4"},  // the first port, by its display text
         {"RS232.Baud Rate", "19200", "1200=1200,2400=2400,4800=4800,9600=9600,19200=19200"},
-        {"RS232.Data Bits", "", "7=7,8=8"},
-        {"RS232.Parity", "", "EVEN=E,NO=N,ODD=O"},
-        {"RS232.Stop Bits", "", "1=1,2=2"},
-        {"RS232.Handshaking", "", "NO=0,XON/XOFF=1,HARDWARE=2"},
+        {"RS232.Data Bits", {}, "7=7,8=8"},
+        {"RS232.Parity", {}, "EVEN=E,NO=N,ODD=O"},
+        {"RS232.Stop Bits", {}, "1=1,2=2"},
+        {"RS232.Handshaking", {}, "NO=0,XON/XOFF=1,HARDWARE=2"},
     };
     for (const auto& t : transports) {
-        EXPECT_EQ(text(*root->Item(t.Path)), t.Value) << t.Path;
+        EXPECT_EQ(root->Item(t.Path)->GetValue(), t.Value) << t.Path;
         EXPECT_EQ(root->Item(t.Path)->ValueList(), t.List) << t.Path;
     }
 }
