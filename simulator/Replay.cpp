@@ -1,7 +1,7 @@
 #include "simulator/Replay.h"
 
 #include <algorithm>
-#include <charconv>
+#include <climits>
 #include <stdexcept>
 #include <utility>
 
@@ -30,19 +30,15 @@ bool IsTime(std::string_view text) {
 
 milliseconds ToDuration(std::string_view text) {
     if (text.empty()) return {};
-    double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-    if (error != std::errc{} || end != text.data() + text.size() || !(value >= 0 && value <= 86400e3)) {
-        Refuse("not a duration in milliseconds:", text);
-    }
-    return std::chrono::round<milliseconds>(std::chrono::duration<double, std::milli>{value});
+    const auto value = ParseNumber(text, 0.0, 86400e3);
+    if (!value) Refuse("not a duration in milliseconds:", text);
+    return std::chrono::round<milliseconds>(std::chrono::duration<double, std::milli>{*value});
 }
 
 int ToKind(std::string_view text) {
-    int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size()) Refuse("not the kind of an entry:", text);
-    return value;
+    const auto value = ParseNumber(text, INT_MIN, INT_MAX);
+    if (!value) Refuse("not the kind of an entry:", text);
+    return *value;
 }
 
 // The bytes that were on the wire: a trace is UTF-8, the instrument speaks Latin-1.

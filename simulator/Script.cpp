@@ -19,12 +19,9 @@ using std::chrono::milliseconds;
 
 template <class Number>
 Number ToNumber(std::string_view text, Number lowest, Number highest) {
-    Number value{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size() || !(value >= lowest && value <= highest)) {
-        Refuse("not a number that can be used here:", text);
-    }
-    return value;
+    const auto value = ParseNumber(text, lowest, highest);
+    if (!value) Refuse("not a number that can be used here:", text);
+    return *value;
 }
 
 milliseconds ToTime(std::string_view text, double unit) {

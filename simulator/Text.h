@@ -1,5 +1,7 @@
 #pragma once
 
+#include <charconv>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +20,14 @@ std::string Normalise(std::string_view line);
 std::vector<std::string_view> Split(std::string_view text, char separator);
 /// The shortest decimal text that reads back as the same number: 474000000, 134.5.
 std::string Shortest(double value);
+/// The number that the whole text is; none when it is something else or outside the range.
+template <class Number>
+std::optional<Number> ParseNumber(std::string_view text, Number lowest, Number highest) {
+    Number value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || end != text.data() + text.size() || !(value >= lowest && value <= highest)) return {};
+    return value;
+}
 /// Makes bytes readable for a log: \n, \r, \\ and \xNN for everything that is not printable ASCII.
 std::string Escape(std::string_view bytes);
 /// Reverses Escape and also knows \t, \0 and \". Throws std::invalid_argument on an unknown or cut sequence.

@@ -1,12 +1,11 @@
-// The simulated receiver takes any bytes: answers stay bounded, the error queue holds 30 entries at most. The last byte
-// of the input tells the size of the pieces in which it arrives; a line in front of which stands "!" changes the
-// signal.
+// The simulated receiver takes any bytes: answers stay bounded, the error queue holds 30 entries at most. A line in
+// front of which stands "!" changes the signal.
 #include <algorithm>
 #include <stdexcept>
 
 #include "simulator/Interpreter.h"
-#include "simulator/LineBuffer.h"
 #include "simulator/Script.h"
+#include "simulator/Text.h"
 #include "tests/fuzz/Fuzz.h"
 
 namespace {
@@ -29,31 +28,25 @@ void ChangeSignal(sim::Receiver& receiver, const std::string& line) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    FuzzedDataProvider input(data, size);
-    const auto piece = 1 + std::size_t{input.ConsumeIntegral<std::uint8_t>()};
     sim::TimePoint now{std::chrono::sys_days{std::chrono::year{2026} / 3 / 1}};
     sim::Receiver receiver({}, [&] { return now; });
     sim::Interpreter interpreter(receiver);
 
-    sim::LineBuffer lines;
-    while (input.remaining_bytes() > 0) {
-        lines.Add(input.ConsumeBytesAsString(piece));
-        while (const auto line = lines.Next()) {
-            REQUIRE(line->text.find('\n') == std::string::npos);
-            if (line->text.starts_with('!')) {
-                ChangeSignal(receiver, line->text.substr(1));
-                continue;
-            }
-            const auto units = static_cast<std::size_t>(std::ranges::count(line->text, ';')) + 1;
-            const auto answer = interpreter.Execute(line->text, sim::Face::Remote);
-            REQUIRE(!answer || answer->size() <= units * LongestAnswer);
-            REQUIRE(!answer || answer->find('\n') == std::string::npos || answer->find('#') != std::string::npos);
-
-            const bool noErrors = receiver.errors.Empty();
-            interpreter.Execute(line->text, sim::Face::FrontPanel);
-            REQUIRE(receiver.errors.Empty() || !noErrors);
-            now += std::chrono::milliseconds{137};
+    for (const auto piece : sim::Split(fuzz::Text(data, size), '\n')) {
+        const std::string line{piece};
+        if (line.starts_with('!')) {
+            ChangeSignal(receiver, line.substr(1));
+            continue;
         }
+        const auto units = static_cast<std::size_t>(std::ranges::count(line, ';')) + 1;
+        const auto answer = interpreter.Execute(line, sim::Face::Remote);
+        REQUIRE(!answer || answer->size() <= units * LongestAnswer);
+        REQUIRE(!answer || answer->find('\n') == std::string::npos || answer->find('#') != std::string::npos);
+
+        const bool noErrors = receiver.errors.Empty();
+        interpreter.Execute(line, sim::Face::FrontPanel);
+        REQUIRE(receiver.errors.Empty() || !noErrors);
+        now += std::chrono::milliseconds{137};
     }
     for (std::size_t entries = 0; interpreter.Execute("SYST:ERR?", sim::Face::Remote) != NoError; ++entries) {
         REQUIRE(entries < sim::ErrorQueue::kCapacity);

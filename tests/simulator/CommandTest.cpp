@@ -2,7 +2,6 @@
 
 #include <random>
 
-#include "simulator/LineBuffer.h"
 #include "tests/simulator/Bench.h"
 
 namespace {
@@ -108,22 +107,6 @@ TEST(FrontPanel, HasNeitherErrorQueueNorBlocks) {
         EXPECT_EQ(bench.Ask(line, sim::Face::FrontPanel), answer) << line;
     }
     EXPECT_EQ(bench.Error(), kNoError);  // the remote side is not told either
-}
-
-TEST(LineBuffer, EndsLinesAtLineFeedsAndDropsWhatIsTooLong) {
-    sim::LineBuffer buffer;
-    buffer.Add("ab\r\nc\rd\n\ne");
-    for (const char* line : {"ab", "c\rd", ""}) EXPECT_EQ(buffer.Next()->text, line);
-    EXPECT_FALSE(buffer.Next());
-    buffer.Add(std::string(sim::LineBuffer::kLongestLine - 1, 'x') + "\n");
-    EXPECT_EQ(buffer.Next()->text.size(), sim::LineBuffer::kLongestLine);
-    for (int i = 0; i < 40; ++i) {
-        buffer.Add(std::string(5000, 'x'));
-        EXPECT_FALSE(buffer.Next());
-    }
-    buffer.Add("tail\nnext\n");
-    EXPECT_TRUE(buffer.Next()->overrun);
-    EXPECT_EQ(buffer.Next()->text, "next");
 }
 
 // Whatever arrives is answered or refused; the sanitizers watch.
