@@ -3,6 +3,8 @@
 #endif
 #include <windows.h>
 
+#include <initializer_list>
+
 #include "cli/Terminal.h"
 
 namespace cli::terminal {
