@@ -51,7 +51,7 @@ std::string AdviceOnConnection(std::string_view link, std::string_view reason) {
         {"RS232", "timed out",
          "Is the cable plugged in, and has the receiver the same baud rate (--serial PORT:BAUD)?"},
         {"RS232", "", "Is it the right port (tarn4x ports lists them), and does another program have it open?"},
-        {"GPIB", "VISA runtime", "Install the VISA runtime of the GPIB interface's maker."},
+        {"GPIB", "VISA runtime", ""},  // the reason itself tells what to install
         {"GPIB", "", "Are board and address right, is the cable plugged in, and is the receiver switched on?"},
         {"GUI", "", "The front-panel application has to run on this PC."},
     };

@@ -10,7 +10,7 @@ namespace cli {
 
 namespace {
 
-constexpr std::int32_t NoConnectionNumber = 2017;
+/// What transports write about it begins with this.
 constexpr std::string_view NoConnectionText = "No connection";
 
 /// A driver's or a transport's own number without the offset of automation objects, any other as it is.
@@ -110,7 +110,7 @@ Failure Session::NoConnection(std::string source) const {
     auto advice = AdviceOnConnection(options_.Receiver->Link, reason);
     if (!reason.starts_with(NoConnectionText)) reason = std::string(NoConnectionText) + ": " + reason;
     return {.Ends = NotConnected,
-            .Number = NoConnectionNumber,
+            .Number = platform::NoConnection,
             .Source = std::move(source),
             .Description = std::move(reason),
             .Advice = std::move(advice)};
