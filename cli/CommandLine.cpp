@@ -127,7 +127,9 @@ void AddCommands(CLI::App& app, Command& chosen) {
     command->add_option("--for", watch->For, "How long; otherwise until Ctrl-C")
         ->type_name("SECONDS")
         ->check(CLI::Range(0.0, 1e9).description(""));
-    command->add_option("--count", watch->Count, "How many samples")->type_name("N")->check(CLI::Range(1, 1'000'000'000).description(""));
+    command->add_option("--count", watch->Count, "How many samples")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1'000'000'000).description(""));
     command->add_flag("--switch", watch->Switch, "Go to a measure mode that has them all, and back at the end");
 
     auto file = std::make_shared<std::string>();

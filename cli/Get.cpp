@@ -6,9 +6,8 @@ namespace cli {
 namespace {
 
 /// Reads in one measure mode after the other; the readings stand in the order in which they were asked for.
-void ReadEverywhere(Session& session, std::span<const Request> requests,
+void ReadEverywhere(Session& session, Travel& travel, std::span<const Request> requests,
                     std::vector<std::optional<Reading>>& readings) {
-    Travel travel(session);
     Reader reader(session);
     for (const auto& visit : PlanVisits(requests, travel.Found())) {
         travel.GoTo(visit.Mode);
@@ -44,8 +43,13 @@ Outcome Get(Context& context, const GetOptions& options) {
     const auto requests = PropertiesFor(options.Members);
     std::vector<std::optional<Reading>> readings(requests.size());
     std::optional<Failure> end;
+    std::optional<Travel> travel;  // goes back when the results have been shown
     try {
-        (options.Switch ? ReadEverywhere : ReadHere)(context.Receiver, requests, readings);
+        if (options.Switch) {
+            ReadEverywhere(context.Receiver, travel.emplace(context.Receiver), requests, readings);
+        } else {
+            ReadHere(context.Receiver, requests, readings);
+        }
     } catch (const Stopped&) {  // what was measured is kept
         end = StoppedByUser();
     } catch (const Failure& failure) {

@@ -25,14 +25,15 @@ class Watcher {
 
     /// Throws Stopped, and Failure when the first sample fails.
     Sample Take() {
+        const auto begin = Clock::now();
         Sample sample{.Time = IsoNow()};
         try {
             Fill(sample);
             isFirst_ = false;
         } catch (const platform::AutomationError& error) {
-            Lose(sample, session_.Explain(error));
+            Lose(sample, begin, session_.Explain(error));
         } catch (const Failure& failure) {
-            Lose(sample, failure);
+            Lose(sample, begin, failure);
         }
         return sample;
     }
@@ -55,11 +56,11 @@ class Watcher {
         }
     }
 
-    void Lose(Sample& sample, const Failure& failure) {
+    void Lose(Sample& sample, Clock::time_point begin, const Failure& failure) {
         if (isFirst_ || failure.Ends != NotConnected) throw failure;
         sample.Readings.clear();
         sample.Outage = failure;
-        if (!lostAt_) lostAt_ = Clock::now();
+        if (!lostAt_) lostAt_ = begin;
         session_.Drop();
     }
 

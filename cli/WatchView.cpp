@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 
 #include "cli/Clean.h"
 #include "cli/Json.h"
@@ -28,7 +29,7 @@ class JsonView final : public WatchView {
     Output& out_;
 };
 
-/// A column for each member, and one for what is to be said about them.
+/// A column for each member, and one for what is to be said about them. Outages are told on the standard error, too.
 class CsvView final : public WatchView {
   public:
     CsvView(Output& out, std::span<const Request> requests) : out_(out), requests_(requests) {}
@@ -48,6 +49,10 @@ class CsvView final : public WatchView {
             if (reading->Error) remark(requests_[i].Name + ": " + reading->Error->Description);
         }
         if (sample.Outage) remark(sample.Outage->Description);
+        if (sample.Outage.has_value() != isLost_ && !remarks.empty()) {
+            std::fprintf(stderr, "tarn4x: %s %s\n", sample.Time.c_str(), Clean(remarks).c_str());
+        }
+        isLost_ = sample.Outage.has_value();
         out_.Line(line + ',' + Field(remarks));
     }
 
@@ -69,7 +74,7 @@ class CsvView final : public WatchView {
 
     Output& out_;
     std::span<const Request> requests_;
-    bool headerIsWritten_ = false;
+    bool headerIsWritten_ = false, isLost_ = false;
 };
 
 /// Drawn over itself from the second time on.
