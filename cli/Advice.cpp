@@ -12,7 +12,7 @@ std::string AdviceOn(std::int32_t number, std::string_view member, std::string_v
             return "\"tarn4x members " + std::string(member) + "\" tells what it takes.";
         case tarn4x::xtarnQueryFailed:
         case tarn4x::xtarnCommandFailed:
-            return "Try again; with --trace FILE the dialogue with the receiver is written down.";
+            return "With --trace FILE the dialogue with the receiver is written down.";
         case tarn4x::xtarnBadMeasureMode: {
             const auto first = modes.substr(0, modes.find_first_of(" ,"));
             return std::string(member)

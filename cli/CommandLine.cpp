@@ -66,6 +66,13 @@ void AddReceiver(CLI::App& app, std::optional<Destination>& receiver) {
         ->group(group);
 }
 
+void AddSession(CLI::App& app, Session::Options& options) {
+    AddReceiver(app, options.Receiver);
+    app.add_option("--trace", options.Trace, "Append the dialogue to a file, which tarn4x-sim --replay takes")
+        ->type_name("FILE");
+    app.add_flag("--no-waits", options.NoWaits, "Leave out the pauses that an instrument needs (for tarn4x-sim)");
+}
+
 CLI::App* AddCommand(CLI::App& app, const char* name, const char* help) {
     auto* command = app.add_subcommand(name, help);
     command->group("Commands");
@@ -147,44 +154,49 @@ void AddScript(CLI::App& app, Command& chosen) {
     command->add_flag("--keep-going", script->KeepGoing, "Go on after a line that failed");
 }
 
+constexpr auto Help = "tarn4x --help tells how it is used, tarn4x COMMAND --help how a command is.";
+
 /// Parses with an application whose errors become ours.
 template <class Parse>
 void Guarded(Parse&& parse) {
     try {
         parse();
+    } catch (const CLI::RequiredError& error) {
+        if (std::string_view(error.what()).find("subcommand") != std::string_view::npos) {
+            throw Misuse("There is no command, or none of that name", "tarn4x --help lists the commands.");
+        }
+        throw Misuse(error.what(), Help);
     } catch (const CLI::ParseError& error) {
-        throw Misuse(error.what(), "tarn4x --help tells how it is used, tarn4x COMMAND --help how a command is.");
+        throw Misuse(error.what(), Help);
     } catch (const std::invalid_argument&) {
         throw Misuse("What stands behind \"=\" is no number", "Write --simulated=2 or --front-panel=5027.");
     }
 }
 
-std::optional<Destination> ParseReceiver(const std::string& words) {
-    std::optional<Destination> receiver;
+Session::Options ParseDefaults(const std::string& words) {
+    Session::Options options;
     CLI::App app;
-    AddReceiver(app, receiver);
+    AddSession(app, options);
     try {
         Guarded([&] { app.parse(words, false); });
     } catch (Failure& failure) {
         failure.Description.insert(0, "TARN4X_RECEIVER: ");
         throw;
     }
-    return receiver;
+    return options;
 }
 
 }  // namespace
 
-CommandLine ParseArguments(std::vector<std::string> arguments, const std::string& receiverByDefault) {
+CommandLine ParseArguments(std::vector<std::string> arguments, const std::string& defaults) {
     CommandLine line;
     CLI::App app(Description, "tarn4x");
     app.footer(Examples);
     app.formatter(std::make_shared<Formatter>());
     app.allow_windows_style_options(false);
     app.set_version_flag("--version", "tarn4x " TARN4X_VERSION);
-    AddReceiver(app, line.Settings.Receiver);
-    app.add_option("--trace", line.Settings.Trace, "Append the dialogue to a file, which tarn4x-sim --replay takes")
-        ->type_name("FILE");
-    app.add_flag("--no-waits", line.Settings.NoWaits, "Leave out the pauses that an instrument needs (for tarn4x-sim)");
+    auto& settings = line.Settings;
+    AddSession(app, settings);
     app.add_flag("--json", line.Json, "Print JSON, an object a line");
     AddCommands(app, line.Run);
     AddScript(app, line.Run);
@@ -198,8 +210,12 @@ CommandLine ParseArguments(std::vector<std::string> arguments, const std::string
             line.Text = app.help();
         }
     });
-    if (!line.Settings.Receiver && !receiverByDefault.empty())
-        line.Settings.Receiver = ParseReceiver(receiverByDefault);
+    if (!settings.Receiver && line.Text.empty()) {
+        auto more = ParseDefaults(defaults);
+        settings.Receiver = std::move(more.Receiver);
+        settings.NoWaits |= more.NoWaits;
+        if (settings.Trace.empty()) settings.Trace = std::move(more.Trace);
+    }
     return line;
 }
 

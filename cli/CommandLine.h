@@ -17,9 +17,9 @@ struct CommandLine {
     std::string Text;  ///< help or version
 };
 
-/// Reads the arguments of the program; without a receiver among them, `receiverByDefault` names it with the same words.
-/// Throws Failure.
-CommandLine ParseArguments(std::vector<std::string> arguments, const std::string& receiverByDefault);
+/// Reads the arguments of the program; without a receiver among them, those in `defaults` are taken as well. Throws
+/// Failure.
+CommandLine ParseArguments(std::vector<std::string> arguments, const std::string& defaults);
 
 /// Reads a line of a script: a command with its arguments, quoted as in a shell. Throws Failure.
 Command ParseScriptLine(const std::string& line);

@@ -1,25 +1,37 @@
 #include "cli/Commands.h"
 
 #include <cstdio>
+#include <set>
 
 #include "cli/Clean.h"
 
 namespace cli {
 
-void Report(const Failure& failure) {
+namespace {
+
+std::string TextOf(const Failure& failure) {
     std::string text = "tarn4x: ";
     if (failure.Number != 0) {
-        text.append("error ")
-            .append(std::to_string(failure.Number))
-            .append(", ")
-            .append(Clean(failure.Source))
-            .append(": ");
+        text.append("error ").append(std::to_string(failure.Number)).append(", ");
+        text.append(Clean(failure.Source)).append(": ");
     }
     text.append(Clean(failure.Description)).append("\n");
     if (!failure.Cause.empty()) text.append("        ").append(Clean(failure.Cause)).append("\n");
     if (!failure.Advice.empty()) text.append("        ").append(failure.Advice).append("\n");
-    std::fputs(text.c_str(), stderr);
+    return text;
 }
+
+/// What is the same for several members is told once.
+void ReportAll(const std::vector<Failure>& failures) {
+    std::set<std::string> told;
+    for (const auto& failure : failures) {
+        if (told.insert(TextOf(failure)).second) Report(failure);
+    }
+}
+
+}  // namespace
+
+void Report(const Failure& failure) { std::fputs(TextOf(failure).c_str(), stderr); }
 
 ExitCode Perform(Context& context, const Command& command) {
     Outcome outcome;
@@ -32,14 +44,14 @@ ExitCode Perform(Context& context, const Command& command) {
     } catch (const Stopped&) {
         outcome.Errors.push_back(StoppedByUser());
     }
-    const auto end = outcome.Errors.empty() ? Done : outcome.Errors.front().Ends;
+    const auto end = outcome.Errors.empty() ? outcome.End : outcome.Errors.front().Ends;
     if (context.Out.IsJson()) {
         if (outcome.Results.is_null()) return end;  // it has printed them itself
         Json document = {{"command", command.Name}, {"results", std::move(outcome.Results)}};
         if (!outcome.Errors.empty()) document["error"] = ToJson(outcome.Errors.front());
         context.Out.Line(Dump(document));
     } else {
-        for (const auto& failure : outcome.Errors) Report(failure);
+        ReportAll(outcome.Errors);
     }
     return end;
 }

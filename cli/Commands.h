@@ -21,6 +21,7 @@ struct Context {
 struct Outcome {
     Json Results = Json::array();
     std::vector<Failure> Errors = {};
+    ExitCode End = Done;  ///< of what has been reported already
 };
 
 // The commands. Each throws Failure, AutomationError, Stopped and OutputClosed.

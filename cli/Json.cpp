@@ -40,6 +40,7 @@ Json ToJson(const Reading& reading) {
         json["error"] = ToJson(*reading.Error);
         return json;
     }
+    if (std::holds_alternative<std::monostate>(reading.Result)) return json;  // a method
     json["value"] = reading.HasValue() ? ValueToJson(reading) : Json();
     const auto* number = std::get_if<double>(&reading.Result);
     if (number && !ValuesOf(reading.Asked.Type()).empty()) json["number"] = static_cast<std::int32_t>(*number);

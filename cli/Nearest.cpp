@@ -31,7 +31,8 @@ std::size_t Distance(std::string_view one, std::string_view other) {
 std::string Nearest(std::string_view word, std::span<const std::string_view> names) {
     constexpr std::size_t most = 4;
     const auto sought = tarn4x::LowerCase(word);
-    const auto limit = std::max<std::size_t>(2, sought.size() / 3);
+    if (sought.empty()) return {};
+    const auto limit = std::min(std::max<std::size_t>(2, sought.size() / 3), sought.size() - 1);
     struct Candidate {
         std::size_t Distance;
         std::string_view Name;

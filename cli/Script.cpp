@@ -36,8 +36,10 @@ Outcome Script(Context& context, const ScriptOptions& options) {
         if (first == line.npos || line[first] == '#') continue;
         const auto end = Perform(context, Parse(line));
         if (end == Done) continue;
-        outcome.Errors.push_back(
-            {.Ends = end, .Description = options.File + ':' + std::to_string(number) + ": " + line.substr(first)});
+        if (outcome.End == Done) outcome.End = end;
+        if (!context.Out.IsJson()) {
+            Report({.Description = options.File + ':' + std::to_string(number) + ": " + line.substr(first)});
+        }
         if (!options.KeepGoing || context.Receiver.TheApplication().AbortRequested()) break;
     }
     return outcome;

@@ -38,8 +38,11 @@ double ParseNamedValue(std::string_view text, std::string_view type, const std::
     const auto nearest = Nearest(sought.starts_with("tarn") ? text.substr(4) : text, names);
     if (!nearest.empty()) throw Misuse(problem, "Did you mean " + nearest + "?");
     std::string all;
-    for (const auto name : names) all.append(all.empty() ? "" : ", ").append(name);
-    throw Misuse(problem, "Its values are " + all + ".");
+    for (const auto& value : values) {
+        all.append(all.empty() ? "" : ", ").append(value.ShortName());
+        all.append(" (").append(std::to_string(value.Value)).append(")");
+    }
+    throw Misuse(problem, "It can be " + all + ".");
 }
 
 }  // namespace

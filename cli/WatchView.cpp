@@ -44,8 +44,9 @@ class CsvView final : public WatchView {
             line +=
                 ',' + (reading && reading->HasValue() ? Field(ShowValue(reading->Result, requests_[i].Type())) : "");
             if (!reading) continue;
-            if (!reading->Prefix.empty()) remark(requests_[i].Name + ' ' + reading->Prefix);
-            if (!reading->Postfix.empty()) remark(requests_[i].Name + ' ' + reading->Postfix);
+            std::string marks = reading->Prefix;
+            if (!reading->Postfix.empty()) marks.append(marks.empty() ? "" : " ").append(reading->Postfix);
+            if (!marks.empty()) remark(requests_[i].Name + ' ' + marks);
             if (reading->Error) remark(requests_[i].Name + ": " + reading->Error->Description);
         }
         if (sample.Outage) remark(sample.Outage->Description);
