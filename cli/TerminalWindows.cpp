@@ -22,10 +22,11 @@ bool ShowsOutput() { return IsConsole(STD_OUTPUT_HANDLE); }
 bool ShowsErrors() { return IsConsole(STD_ERROR_HANDLE); }
 bool KnowsUnicode() { return true; }
 
-std::size_t Width() {
+Size GetSize() {
     CONSOLE_SCREEN_BUFFER_INFO info;
-    if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info)) return 80;
-    return static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+    if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info)) return {};
+    const auto length = [](SHORT first, SHORT last) { return static_cast<std::size_t>(last - first + 1); };
+    return {length(info.srWindow.Left, info.srWindow.Right), length(info.srWindow.Top, info.srWindow.Bottom)};
 }
 
 void Prepare() {
