@@ -31,7 +31,7 @@ bool Fits(std::string_view text, std::string_view pattern) {
     return !text.empty() && (pattern[0] == '?' || pattern[0] == text[0]) && Fits(text.substr(1), pattern.substr(1));
 }
 
-std::vector<const MemberRow*> Find(const std::string& pattern) {
+std::vector<const MemberRow*> Matching(const std::string& pattern) {
     // A pattern without wildcards is looked for everywhere in the name, but a whole name is that member alone.
     if (const auto* member = tarn4x::FindMember(pattern)) return {member};
     const bool wild = pattern.find_first_of("*?") != pattern.npos;
@@ -99,7 +99,7 @@ void List(Output& out, std::span<const MemberRow* const> members) {
 
 Outcome ListMembers(Context& context, const std::string& pattern) {
     constexpr std::size_t fewEnoughToDescribe = 3;
-    const auto members = Find(pattern);
+    const auto members = Matching(pattern);
     Outcome outcome;
     if (context.Out.IsJson()) {
         for (const auto* member : members) outcome.Results.push_back(ToJson(*member));

@@ -17,12 +17,12 @@ using tarn4x::Access;
 using tarn4x::clsTarn4x;
 using tarn4x::MemberRow;
 using Numbers = std::span<const double>;
-using Call = Value (*)(clsTarn4x& driver, Numbers arguments);
+using Function = Value (*)(clsTarn4x& driver, Numbers arguments);
 
 // ---- How a member is called ----
 
 template <class T>
-constexpr bool IsNumber = std::is_arithmetic_v<T> || std::is_enum_v<T>;
+constexpr bool IsNumeric = std::is_arithmetic_v<T> || std::is_enum_v<T>;
 
 template <class Result>
 Value ToValue(const Result& result) {
@@ -36,8 +36,8 @@ Value ToValue(const Result& result) {
 /// Calls a member that takes numbers and gives a number, a text or nothing.
 template <auto Member, class Result, class... Parameters>
 struct Caller {
-    static constexpr bool Fits = (IsNumber<Parameters> && ...) &&
-                                 (IsNumber<Result> || std::is_void_v<Result> || std::is_same_v<Result, std::string>);
+    static constexpr bool Fits = (IsNumeric<Parameters> && ...) &&
+                                 (IsNumeric<Result> || std::is_void_v<Result> || std::is_same_v<Result, std::string>);
 
     static Value Invoke(clsTarn4x& driver, Numbers arguments) {
         return Invoke(driver, arguments, std::index_sequence_for<Parameters...>());
@@ -60,7 +60,7 @@ auto CallerOf(Result (clsTarn4x::*)() const) -> Caller<Member, Result>;
 
 /// How to call that member; null when its arguments or its result are more than numbers and texts.
 template <auto Member>
-constexpr Call CallOf() {
+constexpr Function FunctionOf() {
     using Calling = decltype(CallerOf<Member>(Member));
     if constexpr (Calling::Fits) {
         return [](clsTarn4x& driver, Numbers arguments) { return Calling::Invoke(driver, arguments); };
@@ -70,18 +70,18 @@ constexpr Call CallOf() {
 }
 
 struct Calls {
-    Call Get;  ///< reads a property, calls a method or a function
-    Call Put = nullptr;
+    Function Get;  ///< reads a property, calls a method or a function
+    Function Put = nullptr;
 };
 
 constexpr Calls AllCalls[] = {
-#define READ(identifier, name, ...) {CallOf<&clsTarn4x::get_##name>()},
+#define READ(identifier, name, ...) {FunctionOf<&clsTarn4x::get_##name>()},
 #define READ_WITH(arguments, ...) READ(__VA_ARGS__)
-#define CONTROL(identifier, name, ...) {CallOf<&clsTarn4x::get_##name>(), CallOf<&clsTarn4x::put_##name>()},
+#define CONTROL(identifier, name, ...) {FunctionOf<&clsTarn4x::get_##name>(), FunctionOf<&clsTarn4x::put_##name>()},
 #define CONTROL_WITH(arguments, ...) CONTROL(__VA_ARGS__)
-#define METHOD(identifier, name, ...) {CallOf<&clsTarn4x::name>()},
+#define METHOD(identifier, name, ...) {FunctionOf<&clsTarn4x::name>()},
 #define METHOD_WITH(arguments, ...) METHOD(__VA_ARGS__)
-#define FUNCTION(identifier, name, ...) {CallOf<&clsTarn4x::name>()},
+#define FUNCTION(identifier, name, ...) {FunctionOf<&clsTarn4x::name>()},
 #include "driver/Members.def"
 };
 
@@ -100,7 +100,7 @@ bool SameName(std::string_view one, std::string_view other) {
     return tarn4x::LowerCase(one) == tarn4x::LowerCase(other);
 }
 
-const MemberRow& Find(std::string_view name) {
+const MemberRow& MemberNamed(std::string_view name) {
     if (const auto* member = tarn4x::FindMember(name)) return *member;
     std::vector<std::string_view> names{"ImpulseResponse"};
     for (const auto& member : tarn4x::AllMembers()) names.push_back(member.Name);
@@ -192,7 +192,7 @@ std::vector<Request> RequestsFor(std::string_view word) {
     const auto name = tarn4x::Trim(word.substr(0, open));
     if (SameName(name, "ImpulseResponse")) return Echoes();
     const auto dot = std::min(name.find('.'), name.size());
-    const auto& member = Find(name.substr(0, dot));
+    const auto& member = MemberNamed(name.substr(0, dot));
     if (&member == &Row(tarn4x::Members::AlarmStatistics)) {
         return PartsOfStatistics(name.substr(std::min(dot + 1, name.size())));
     }

@@ -8,11 +8,9 @@ namespace cli {
 
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
-Bytes Capture(Session& session) {
+std::vector<std::uint8_t> Capture(Session& session) {
     static const Request request{.Name = "ScreenShot", .Member = &tarn4x::RowOf(tarn4x::Members::ScreenShot)};
-    Bytes bytes;
+    std::vector<std::uint8_t> bytes;
     bool captured = false;
     session.Try(request, [&] {
         constexpr auto mode = static_cast<tarn4x::TarnScreenShotModes>(tarn4x::tarnCapture | tarn4x::tarnTransfer);
@@ -24,7 +22,7 @@ Bytes Capture(Session& session) {
                   .Advice = "With --trace FILE the dialogue with the receiver is written down."};
 }
 
-void Save(const std::string& file, const Bytes& bytes) {
+void Save(const std::string& file, const std::vector<std::uint8_t>& bytes) {
     const std::filesystem::path path(std::u8string(file.begin(), file.end()));
     std::ofstream stream(path, std::ios::binary);
     stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));

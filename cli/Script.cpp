@@ -10,7 +10,7 @@ namespace cli {
 namespace {
 
 /// The command of a line; a line that is none is a command that fails.
-Command Parse(const std::string& line) {
+Command ParseLine(const std::string& line) {
     try {
         return ParseScriptLine(line);
     } catch (const Failure& failure) {
@@ -34,7 +34,7 @@ Outcome Script(Context& context, const ScriptOptions& options) {
         line.erase(line.find_last_not_of(" \t\r") + 1);
         const auto first = line.find_first_not_of(" \t");
         if (first == line.npos || line[first] == '#') continue;
-        const auto end = Perform(context, Parse(line));
+        const auto end = Perform(context, ParseLine(line));
         if (end == Done) continue;
         if (outcome.End == Done) outcome.End = end;
         if (!context.Out.IsJson()) {
