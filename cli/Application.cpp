@@ -37,13 +37,13 @@ Application::~Application() { running = nullptr; }
 
 void Application::Delay(float seconds) {
     const double real = seconds * DelayScale();
-    const bool told = real >= 1.0 && !AbortRequested() && terminal::ShowsErrors();
-    if (told) {
-        std::fprintf(stderr, "%s: waiting %s s", Clean(activity_).c_str(), platform::GeneralNumber(real).c_str());
-        std::fflush(stderr);
+    std::string told;
+    if (real >= 1.0 && !AbortRequested() && terminal::ShowsErrors()) {
+        told = Clean(activity_) + ": waiting " + platform::GeneralNumber(real) + " s";
+        std::fprintf(stderr, "%s", told.c_str());
     }
     host::Application::Delay(seconds);
-    if (told) std::fputs("\r\x1B[K", stderr);
+    if (!told.empty()) std::fprintf(stderr, "\r%*s\r", static_cast<int>(told.size()), "");
 }
 
 void Application::Pause(double seconds) {

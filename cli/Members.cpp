@@ -91,11 +91,6 @@ const Calls& CallsOf(const MemberRow& member) { return AllCalls[&member - tarn4x
 
 const MemberRow& Row(tarn4x::Members member) { return tarn4x::RowOf(member); }
 
-bool IsEcho(const MemberRow& member) {
-    return &member == &Row(tarn4x::Members::ImpulseResponseAtten) ||
-           &member == &Row(tarn4x::Members::ImpulseResponseDelay);
-}
-
 bool SameName(std::string_view one, std::string_view other) {
     return tarn4x::LowerCase(one) == tarn4x::LowerCase(other);
 }
@@ -181,10 +176,15 @@ std::span<const StatisticsRow> AllStatistics() {
     return rows;
 }
 
+bool Request::IsEcho() const {
+    return Member == &Row(tarn4x::Members::ImpulseResponseAtten) ||
+           Member == &Row(tarn4x::Members::ImpulseResponseDelay);
+}
+
 std::string_view Request::Unit() const { return Part ? std::string_view() : Member->Unit; }
 
 const tarn4x::AllowedModes& Request::Modes() const {
-    return IsEcho(*Member) ? Row(tarn4x::Members::MeasureTdImpulseResponse).Modes : Member->Modes;
+    return IsEcho() ? Row(tarn4x::Members::MeasureTdImpulseResponse).Modes : Member->Modes;
 }
 
 std::vector<Request> RequestsFor(std::string_view word) {

@@ -35,6 +35,8 @@ struct Request {
     const StatisticsRow* Part = nullptr;  ///< of the alarm statistics
     std::vector<double> Arguments = {};
 
+    /// Whether it is about an echo of the impulse response, which is measured as a whole.
+    bool IsEcho() const;
     std::string_view Type() const { return Part ? Part->Type : Member->Type; }
     std::string_view Unit() const;
     /// The measure modes in which it can be had.

@@ -59,8 +59,8 @@ Reading Reader::Read(const Request& request) {
             reading.Result = Ask(request);
             if (!IsMeasured(request)) return;
             reading.Prefix = driver.get_Prefix();
-            // Echoes come from a list that was measured before, remarks do not.
-            if (request.Arguments.empty()) reading.Postfix = driver.get_Postfix();
+            // The driver has no remarks on echoes; what it keeps is about another answer.
+            if (!request.IsEcho()) reading.Postfix = driver.get_Postfix();
         });
     } catch (const Failure& failure) {
         if (failure.Ends != Refused) throw;
@@ -70,9 +70,16 @@ Reading Reader::Read(const Request& request) {
 }
 
 Value Reader::Ask(const Request& request) {
-    if (!request.Part) return GetOrCall(session_.Driver(), request);
-    if (!statistics_) statistics_ = session_.Driver().get_AlarmStatistics();
-    return request.Part->Get(*statistics_);
+    auto& driver = session_.Driver();
+    if (request.Part) {
+        if (!statistics_) statistics_ = driver.get_AlarmStatistics();
+        return request.Part->Get(*statistics_);
+    }
+    if (request.IsEcho() && !echoesAreMeasured_) {
+        driver.MeasureTdImpulseResponse();
+        echoesAreMeasured_ = true;
+    }
+    return GetOrCall(driver, request);
 }
 
 std::vector<Request> PropertiesFor(std::span<const std::string> words) {

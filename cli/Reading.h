@@ -27,7 +27,8 @@ struct Reading {
     std::string Text() const;
 };
 
-/// Reads members for one result: the alarm statistics are asked for once, so that their parts belong together.
+/// Reads members for one result: the alarm statistics and the impulse response are measured once, so that their parts
+/// belong together.
 class Reader {
   public:
     explicit Reader(Session& session) : session_(session) {}
@@ -40,6 +41,7 @@ class Reader {
 
     Session& session_;
     std::shared_ptr<tarn4x::clsStatistics> statistics_;
+    bool echoesAreMeasured_ = false;
 };
 
 /// What properties the user asks for; throws Failure for what is no property.

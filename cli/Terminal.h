@@ -15,7 +15,9 @@ struct Size {
 };
 /// Of the terminal behind the standard output, as far as it tells.
 Size GetSize();
-/// Makes the terminal understand UTF-8 and the escape sequences of ECMA-48. What is no terminal stays as it is.
+/// Moves the cursor of the terminal behind the standard output up by so many lines, to the beginning of a line.
+void MoveUp(std::size_t lines);
+/// Makes the terminal understand UTF-8.
 void Prepare();
 
 }  // namespace cli::terminal

@@ -1,6 +1,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
@@ -26,6 +27,8 @@ Size GetSize() {
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) return {};
     return {size.ws_col, size.ws_row};
 }
+
+void MoveUp(std::size_t lines) { std::printf("\x1B[%zuA\r", lines); }
 
 void Prepare() {}
 

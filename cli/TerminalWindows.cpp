@@ -3,7 +3,8 @@
 #endif
 #include <windows.h>
 
-#include <initializer_list>
+#include <algorithm>
+#include <cstdio>
 
 #include "cli/Terminal.h"
 
@@ -29,14 +30,19 @@ Size GetSize() {
     return {length(info.srWindow.Left, info.srWindow.Right), length(info.srWindow.Top, info.srWindow.Bottom)};
 }
 
+// Consoles before those of Windows 10 know no escape sequences.
+void MoveUp(std::size_t lines) {
+    const auto console = GetStdHandle(STD_OUTPUT_HANDLE);
+    CONSOLE_SCREEN_BUFFER_INFO info;
+    if (!GetConsoleScreenBufferInfo(console, &info)) return;
+    const auto up = std::min(static_cast<SHORT>(lines), info.dwCursorPosition.Y);
+    SetConsoleCursorPosition(console, {0, static_cast<SHORT>(info.dwCursorPosition.Y - up)});
+}
+
 void Prepare() {
-    for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
-        const auto console = GetStdHandle(stream);
-        DWORD mode = 0;
-        if (!GetConsoleMode(console, &mode)) continue;
-        SetConsoleMode(console, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
-        SetConsoleOutputCP(CP_UTF8);
-    }
+    SetConsoleOutputCP(CP_UTF8);
+    // Otherwise each byte would be written alone, and a console puts no characters together.
+    std::setvbuf(stdout, nullptr, _IOFBF, 1 << 16);
 }
 
 }  // namespace cli::terminal

@@ -106,14 +106,20 @@ class TableView final : public WatchView {
         const auto width = columns - 1;
         auto lines = Table(width);
         constexpr std::size_t below = 3;  // lines of the foot, and the cursor's
-        lines.resize(std::min(lines.size(), std::max(height, below + 1) - below));
+        const auto shownLines = std::min(lines.size(), std::max(height, below + 1) - below);
+        const auto hidden = lines.size() - shownLines;
+        lines.resize(shownLines);
         lines.push_back(time + "  " + std::to_string(samples_) + (samples_ == 1 ? " sample" : " samples") +
-                        "  Ctrl-C ends");
+                        (hidden > 0 ? "  " + std::to_string(hidden) + " more members" : "") + "  Ctrl-C ends");
         lines.push_back(notice_);
 
-        std::string text = height_ > 0 ? "\x1B[" + std::to_string(height_) + 'A' : "";
-        for (const auto& line : lines) text += Shortened(Clean(line), width) + "\x1B[K\n";
+        if (height_ > 0) terminal::MoveUp(height_);
         height_ = lines.size();
+        std::string text;
+        for (const auto& line : lines) {
+            const auto shown = Shortened(Clean(line), width);
+            text.append(shown).append(width - Length(shown), ' ').append("\n");
+        }
         out_.Raw(text);
     }
 
