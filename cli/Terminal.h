@@ -8,7 +8,7 @@ namespace cli::terminal {
 /// Whether a user sees the standard output, or the standard error.
 bool ShowsOutput();
 bool ShowsErrors();
-/// Whether the terminal shows more than ASCII.
+/// Whether the terminal shows block characters.
 bool KnowsUnicode();
 struct Size {
     std::size_t Columns = 80, Lines = 24;

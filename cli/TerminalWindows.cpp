@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 #include "cli/Terminal.h"
 
@@ -21,7 +22,8 @@ bool IsConsole(DWORD stream) {
 
 bool ShowsOutput() { return IsConsole(STD_OUTPUT_HANDLE); }
 bool ShowsErrors() { return IsConsole(STD_ERROR_HANDLE); }
-bool KnowsUnicode() { return true; }
+// Windows Terminal says that it is there; the fonts of the console before it lack most block characters.
+bool KnowsUnicode() { return std::getenv("WT_SESSION") != nullptr; }
 
 Size GetSize() {
     CONSOLE_SCREEN_BUFFER_INFO info;
