@@ -101,8 +101,6 @@ void Check(HRESULT result, IUnknown* object, REFIID iid) {
     throw error;
 }
 
-void Check(HRESULT result) { Check(result, nullptr, IID_NULL); }
-
 HRESULT ResultOfException(REFIID iid) noexcept {
     try {
         try {

@@ -7,6 +7,7 @@
 
 #include "platform/com/Errors.h"
 #include "platform/com/Text.h"
+#include "platform/com/TypeLibrary.h"
 
 using com::ComPtr;
 
@@ -150,15 +151,6 @@ Failure Unsuited(const std::string& member) {
 
 // ---- The slots ----
 
-template <class Use>
-auto WithAttributes(ITypeInfo* description, Use&& use) {
-    TYPEATTR* attributes = nullptr;
-    com::Check(description->GetTypeAttr(&attributes));
-    const auto result = use(*attributes);
-    description->ReleaseTypeAttr(attributes);
-    return result;
-}
-
 ComPtr<ITypeInfo> Referred(ITypeInfo* description, HREFTYPE reference) {
     ComPtr<ITypeInfo> referred;
     com::Check(description->GetRefTypeInfo(reference, referred.put()));
@@ -196,8 +188,7 @@ Slot::Parameter ParameterOf(ITypeInfo* table, const TYPEDESC& type) {
             return {VT_ARRAY | VT_UI1, false, false, 0};
         case VT_USERDEFINED: {
             const auto referred = Referred(table, type.hreftype);
-            const auto kind = WithAttributes(referred.get(), [](const TYPEATTR& a) { return a.typekind; });
-            if (kind != TKIND_ENUM) return {VT_DISPATCH, false, false, 0};
+            if (com::AttributesOf(referred).typekind != TKIND_ENUM) return {VT_DISPATCH, false, false, 0};
             return {VT_I4, false, false, FirstValue(referred.get())};
         }
         default:
@@ -257,7 +248,7 @@ std::vector<Slot> SlotsOf(const std::wstring& component) {
     std::vector<Slot> slots;
     for (int face = 0; face < Faces; ++face) {
         const auto table = Table(driver.get(), static_cast<UINT>(face));
-        const UINT count = WithAttributes(table.get(), [](const TYPEATTR& attributes) { return attributes.cFuncs; });
+        const UINT count = com::AttributesOf(table).cFuncs;
         for (UINT index = 0; index < count; ++index) {
             FUNCDESC* function = nullptr;
             com::Check(table->GetFuncDesc(index, &function));
