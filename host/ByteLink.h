@@ -16,6 +16,11 @@ struct LinkFailure {
     std::string Text;
 };
 
+/// What a link throws when it cannot be opened: why, in a few plain words.
+struct OpeningFailure {
+    std::string Reason;
+};
+
 /// Bytes to and from one peer. Everything about commands and answers is InstrumentTransport's.
 class ByteLink {
   public:
@@ -26,7 +31,7 @@ class ByteLink {
     ByteLink& operator=(const ByteLink&) = delete;
     virtual ~ByteLink() = default;
 
-    /// Opens the closed link with the present settings. Throws LinkFailure or Aborted.
+    /// Opens the closed link with the present settings, in one attempt. Throws OpeningFailure or Aborted.
     virtual void Open(Patience& patience) = 0;
     virtual void Close() noexcept = 0;
     virtual bool IsOpen() const = 0;

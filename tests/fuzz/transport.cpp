@@ -16,7 +16,11 @@ class Peer : public host::ByteLink {
     explicit Peer(Input& theInput) : input(theInput) {}
 
     void Open(host::Patience&) override {
-        MayFail();
+        try {
+            MayFail();
+        } catch (const LinkFailure& failure) {
+            throw host::OpeningFailure{failure.Text};
+        }
         open = true;
     }
     void Close() noexcept override {
@@ -111,7 +115,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     auto link = std::make_unique<Peer>(input);
     auto& peer = *link;
-    host::InstrumentTransport transport("Conduit.clsFuzz", std::move(link), nullptr, {});
+    host::InstrumentTransport transport("Conduit.clsFuzz", std::move(link), nullptr, {.Wait = [](auto) {}});
     constexpr float waits = 1000.0F, doesNotWait = 0.0005F;  // seconds
     bool afterBlock = false;
     for (int tag = 0; tag < 100 && (tag == 0 || input.remaining_bytes() > 0); ++tag) {
@@ -144,7 +148,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         });
         if (raised != 0) {
             const auto code = raised - platform::ObjectError(0);
-            REQUIRE(code >= platform::WriteFailed && code <= platform::LinkLost);
+            REQUIRE(code >= platform::WriteFailed && code <= platform::NoConnection);
             REQUIRE(peer.disturbed || !peer.patient);
         } else if (isAnswer) {
             REQUIRE(answer == fuzz::Utf8(peer.answer) || (peer.stopped && answer.empty()));
