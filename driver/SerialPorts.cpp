@@ -1,6 +1,6 @@
 #include "driver/SerialPorts.h"
 
-#include "core/Failure.h"
+#include "driver/Failure.h"
 
 namespace tarn4x {
 
