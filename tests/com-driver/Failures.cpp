@@ -63,12 +63,11 @@ const Common<bool> manual[] = {
 /// member's own.
 struct First {
     const char *member, *line;
-    int times = 1;  ///< how often the line comes
 };
 const Common<First> firsts[] = {
     {{"get MeasureFftMode", "SENSE:DVBT:CARRIER:START_STOP?"},
      "put MeasureOfdmStartCarrier, put MeasureOfdmStopCarrier"},
-    {{"get MeasureFftMode", "READ:DVBT:FFT:MODE?", 2}, "MeasureOfdmCarrierRange"},
+    {{"get MeasureFftMode", "READ:DVBT:FFT:MODE?"}, "MeasureOfdmCarrierRange"},
     {{"get MeasureFdSpectrumStopFreq", "SENS:DVBT:SPEC:FREQ:STOP?"}, "put MeasureFdSpectrumStartFreq"},
     {{"get MeasureFdSpectrumStartFreq", "SENS:DVBT:SPEC:FREQ:STAR?"}, "put MeasureFdSpectrumStopFreq"},
     {{"call MeasureTdImpulseResponse", ""}, "ImpulseResponseAtten, ImpulseResponseDelay"},
@@ -317,7 +316,7 @@ std::vector<Behind> BehindAnother(const std::vector<Slot>& slots) {
         if (!*first.line) continue;
         auto expected = Own(member);
         expected.description += ".  Error : 0,\"No error\"";
-        found.push_back({slot, Of(member, modes, 0), Of(member, ports, 2), first.line, first.times, expected});
+        found.push_back({slot, Of(member, modes, 0), Of(member, ports, 2), first.line, expected});
     }
     return found;
 }
