@@ -104,6 +104,7 @@ void Check(HRESULT result, IUnknown* object, REFIID iid) {
 HRESULT ResultOfException(REFIID iid) noexcept {
     try {
         try {
+            // cppcheck-suppress rethrowNoCurrentException // the caller's
             throw;
         } catch (const AutomationError& error) {
             return Report(iid, error);
