@@ -9,7 +9,7 @@ tarn4x::clsTarn4x& DriverFor(Session& session, const Request& request) {
     return request.Member->Allows == tarn4x::Access::Function ? session.Driver() : session.OnLine();
 }
 
-Reading Call(Session& session, const Request& request) {
+Reading CallMember(Session& session, const Request& request) {
     auto& driver = DriverFor(session, request);
     const Application::Activity activity(session.TheApplication(), request.Name);
     session.TheFramework().ForgetLinkNotes();
@@ -31,7 +31,7 @@ Outcome Call(Context& context, const std::string& method) {
             throw Misuse(std::string(request.Member->Name) + " is no method, it is read",
                          "tarn4x get " + std::string(request.Member->Name));
         }
-        const auto reading = Call(context.Receiver, request);
+        const auto reading = CallMember(context.Receiver, request);
         outcome.Results.push_back(ToJson(reading));
         const bool result = !std::holds_alternative<std::monostate>(reading.Result);
         if (!context.Out.IsJson()) context.Out.Line(reading.Asked.Name + (result ? "  " + reading.Text() : "  done"));

@@ -9,7 +9,7 @@ struct Assignment {
     double Value;
 };
 
-Assignment Parse(const std::string& text) {
+Assignment ParseAssignment(const std::string& text) {
     const auto equals = text.find('=');
     if (equals == text.npos) throw Misuse('"' + text + "\" sets nothing", "Write MEMBER=VALUE, as in MeasureMode=PAR.");
     auto requests = RequestsFor(text.substr(0, equals));
@@ -42,7 +42,7 @@ void Write(Session& session, const Assignment& assignment) {
 
 Outcome Set(Context& context, const std::vector<std::string>& texts) {
     std::vector<Assignment> assignments;
-    for (const auto& text : texts) assignments.push_back(Parse(text));
+    for (const auto& text : texts) assignments.push_back(ParseAssignment(text));
     Outcome outcome;
     for (const auto& assignment : assignments) {
         Write(context.Receiver, assignment);
