@@ -42,6 +42,7 @@ void Write(Session& session, const Assignment& assignment) {
 
 Outcome Set(Context& context, const std::vector<std::string>& texts) {
     std::vector<Assignment> assignments;
+    assignments.reserve(texts.size());
     for (const auto& text : texts) assignments.push_back(ParseAssignment(text));
     Outcome outcome;
     for (const auto& assignment : assignments) {
