@@ -25,7 +25,8 @@ bool KnowsUnicode() { return true; }
 std::size_t Width() {
     CONSOLE_SCREEN_BUFFER_INFO info;
     if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info)) return 80;
-    return static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+    const int width = info.srWindow.Right - info.srWindow.Left + 1;
+    return static_cast<std::size_t>(width);
 }
 
 void Prepare() {
