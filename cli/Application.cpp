@@ -25,6 +25,9 @@ Application::Application() {
     running = this;
     std::signal(SIGINT, Stop);
     std::signal(SIGTERM, Stop);
+#ifdef SIGBREAK
+    std::signal(SIGBREAK, Stop);
+#endif
 #ifdef SIGPIPE
     std::signal(SIGPIPE, SIG_IGN);  // who writes into a pipe without a reader finds out
 #endif

@@ -166,6 +166,8 @@ void Guarded(Parse&& parse) {
             throw Misuse("There is no command, or none of that name", "tarn4x --help lists the commands.");
         }
         throw Misuse(error.what(), Help);
+    } catch (const CLI::Success&) {
+        throw Misuse("Help and version are no commands of a script and no receiver", Help);
     } catch (const CLI::ParseError& error) {
         throw Misuse(error.what(), Help);
     } catch (const std::invalid_argument&) {

@@ -51,24 +51,21 @@ std::string Reading::Text() const {
 }
 
 Reading Reader::Read(const Request& request) {
-    auto& driver = session_.OnLine();
-    const Application::Activity activity(session_.TheApplication(), request.Name);
-    session_.TheFramework().ForgetLinkNotes();
     Reading reading{.Asked = request};
     try {
-        reading.Unit = UnitOf(driver, request);
-        reading.Result = Ask(request);
-        if (IsMeasured(request)) {
+        session_.Try(request, [&] {
+            auto& driver = session_.OnLine();
+            reading.Unit = UnitOf(driver, request);
+            reading.Result = Ask(request);
+            if (!IsMeasured(request)) return;
             reading.Prefix = driver.get_Prefix();
             // Echoes come from a list that was measured before, remarks do not.
             if (request.Arguments.empty()) reading.Postfix = driver.get_Postfix();
-        }
-    } catch (const platform::AutomationError& error) {
-        auto failure = session_.Explain(error, &request);
-        if (failure.Ends == NotConnected) throw failure;
-        reading.Error = std::move(failure);
+        });
+    } catch (const Failure& failure) {
+        if (failure.Ends != Refused) throw;
+        reading.Error = failure;
     }
-    session_.CheckStop();
     return reading;
 }
 

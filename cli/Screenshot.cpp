@@ -12,22 +12,16 @@ using Bytes = std::vector<std::uint8_t>;
 
 Bytes Capture(Session& session) {
     static const Request request{.Name = "ScreenShot", .Member = &tarn4x::RowOf(tarn4x::Members::ScreenShot)};
-    auto& driver = session.OnLine();
-    const Application::Activity activity(session.TheApplication(), request.Name);
-    session.TheFramework().ForgetLinkNotes();
     Bytes bytes;
     bool captured = false;
-    try {
+    session.Try(request, [&] {
         constexpr auto mode = static_cast<tarn4x::TarnScreenShotModes>(tarn4x::tarnCapture | tarn4x::tarnTransfer);
-        captured = driver.get_ScreenShot(mode, bytes);
-    } catch (const platform::AutomationError& error) {
-        throw session.Explain(error, &request);
-    }
-    session.CheckStop();
+        captured = session.OnLine().get_ScreenShot(mode, bytes);
+    });
     if (captured && !bytes.empty()) return bytes;
     throw Failure{.Ends = Refused,
                   .Description = captured ? "The picture did not arrive" : "The receiver refused to capture its screen",
-                  .Advice = "Try again; with --trace FILE the dialogue with the receiver is written down."};
+                  .Advice = "With --trace FILE the dialogue with the receiver is written down."};
 }
 
 void Save(const std::string& file, const Bytes& bytes) {

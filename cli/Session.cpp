@@ -4,7 +4,6 @@
 
 #include "cli/Advice.h"
 #include "cli/Enumerations.h"
-#include "cli/Members.h"
 
 namespace cli {
 

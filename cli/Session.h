@@ -7,12 +7,11 @@
 #include "cli/Destination.h"
 #include "cli/Failure.h"
 #include "cli/Framework.h"
+#include "cli/Members.h"
 #include "driver/clsTarn4x.h"
 #include "platform/AutomationError.h"
 
 namespace cli {
-
-struct Request;
 
 /// Thrown when the user has asked to stop.
 struct Stopped {};
@@ -46,6 +45,10 @@ class Session {
     /// Throws Stopped when the user has asked to stop.
     void CheckStop();
 
+    /// Has the driver do something for a request. What it raises becomes a Failure; also throws Stopped.
+    template <class Body>
+    void Try(const Request& request, Body&& body);
+
     /// What the user is told about an error that the driver raised. With a request, whose it was.
     Failure Explain(const platform::AutomationError& error, const Request* request = nullptr);
 
@@ -57,5 +60,17 @@ class Session {
     std::shared_ptr<Framework> framework_;
     std::optional<tarn4x::clsTarn4x> driver_;
 };
+
+template <class Body>
+void Session::Try(const Request& request, Body&& body) {
+    const Application::Activity activity(TheApplication(), request.Name);
+    framework_->ForgetLinkNotes();
+    try {
+        body();
+    } catch (const platform::AutomationError& error) {
+        throw Explain(error, &request);
+    }
+    CheckStop();
+}
 
 }  // namespace cli

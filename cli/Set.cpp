@@ -26,18 +26,6 @@ Assignment ParseAssignment(const std::string& text) {
     return {std::move(request), value};
 }
 
-void Write(Session& session, const Assignment& assignment) {
-    auto& driver = session.OnLine();
-    const Application::Activity activity(session.TheApplication(), assignment.Member.Name);
-    session.TheFramework().ForgetLinkNotes();
-    try {
-        Put(driver, assignment.Member, assignment.Value);
-    } catch (const platform::AutomationError& error) {
-        throw session.Explain(error, &assignment.Member);
-    }
-    session.CheckStop();
-}
-
 }  // namespace
 
 Outcome Set(Context& context, const std::vector<std::string>& texts) {
@@ -46,8 +34,9 @@ Outcome Set(Context& context, const std::vector<std::string>& texts) {
     for (const auto& text : texts) assignments.push_back(ParseAssignment(text));
     Outcome outcome;
     for (const auto& assignment : assignments) {
-        Write(context.Receiver, assignment);
-        const auto reading = Reader(context.Receiver).Read(assignment.Member);
+        auto& session = context.Receiver;
+        session.Try(assignment.Member, [&] { Put(session.OnLine(), assignment.Member, assignment.Value); });
+        const auto reading = Reader(session).Read(assignment.Member);
         const auto asked = ShowValue(assignment.Value, assignment.Member.Type());
         const bool taken = asked == ShowValue(reading.Result, assignment.Member.Type());
         auto json = ToJson(reading);

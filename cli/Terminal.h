@@ -10,8 +10,11 @@ bool ShowsOutput();
 bool ShowsErrors();
 /// Whether the terminal shows more than ASCII.
 bool KnowsUnicode();
-/// Characters in a line of the terminal behind the standard output; 80 when it does not tell.
-std::size_t Width();
+struct Size {
+    std::size_t Columns = 80, Lines = 24;
+};
+/// Of the terminal behind the standard output, as far as it tells.
+Size GetSize();
 /// Makes the terminal understand UTF-8 and the escape sequences of ECMA-48. What is no terminal stays as it is.
 void Prepare();
 

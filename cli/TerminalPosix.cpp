@@ -21,9 +21,10 @@ bool KnowsUnicode() {
     return false;
 }
 
-std::size_t Width() {
+Size GetSize() {
     winsize size{};
-    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) return {};
+    return {size.ws_col, size.ws_row};
 }
 
 void Prepare() {}

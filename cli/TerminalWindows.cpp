@@ -22,11 +22,13 @@ bool ShowsOutput() { return IsConsole(STD_OUTPUT_HANDLE); }
 bool ShowsErrors() { return IsConsole(STD_ERROR_HANDLE); }
 bool KnowsUnicode() { return true; }
 
-std::size_t Width() {
+Size GetSize() {
     CONSOLE_SCREEN_BUFFER_INFO info;
-    if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info)) return 80;
-    const int width = info.srWindow.Right - info.srWindow.Left + 1;
-    return static_cast<std::size_t>(width);
+    if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info)) return {};
+    const auto length = [](int first, int last) {
+        return static_cast<std::size_t>(last) - static_cast<std::size_t>(first) + 1U;
+    };
+    return {length(info.srWindow.Left, info.srWindow.Right), length(info.srWindow.Top, info.srWindow.Bottom)};
 }
 
 void Prepare() {

@@ -61,23 +61,20 @@ Travel::Travel(Session& session) : session_(session), found_(session.OnLine().ge
 
 Travel::~Travel() {
     try {
-        Select(found_);
-    } catch (const std::exception&) {  // the receiver is out of reach, or was in no mode that can be selected
+        GoTo(found_);
+    } catch (...) {  // the receiver is out of reach, or was in no mode that can be selected
         return;
     }
 }
 
 void Travel::GoTo(TarnMeasureModes mode) {
-    Select(mode);
-    session_.CheckStop();
-}
-
-void Travel::Select(TarnMeasureModes mode) {
     if (mode == present_) return;
-    const Application::Activity activity(session_.TheApplication(),
-                                         "Measure mode " + std::string(NameOf("TarnMeasureModes", mode).substr(4)));
-    session_.Driver().put_MeasureMode(mode);
-    present_ = mode;
+    const Request request{.Name = "Measure mode " + std::string(NameOf("TarnMeasureModes", mode).substr(4)),
+                          .Member = &tarn4x::RowOf(tarn4x::Members::MeasureMode)};
+    session_.Try(request, [&] {
+        session_.Driver().put_MeasureMode(mode);
+        present_ = mode;
+    });
 }
 
 }  // namespace cli

@@ -32,14 +32,12 @@ class Travel {
     Travel& operator=(const Travel&) = delete;
 
     tarn4x::TarnMeasureModes Found() const { return found_; }
-    /// Throws what writing the measure mode raises, and Stopped.
+    /// Throws Failure and Stopped.
     void GoTo(tarn4x::TarnMeasureModes mode);
     /// Asks the receiver anew where it is: it may have been switched off meanwhile. Throws as the constructor does.
     void LookAround() { present_ = session_.OnLine().get_MeasureMode(); }
 
   private:
-    void Select(tarn4x::TarnMeasureModes mode);
-
     Session& session_;
     const tarn4x::TarnMeasureModes found_;
     tarn4x::TarnMeasureModes present_;

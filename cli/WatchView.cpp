@@ -102,23 +102,11 @@ class TableView final : public WatchView {
 
   private:
     void Draw(const std::string& time) {
-        constexpr std::size_t longestHistory = 60;
-        std::vector<std::vector<std::string>> rows{{"member", "value", "minimum", "mean", "maximum", ""}};
-        for (std::size_t i = 0; i < trends_.size(); ++i) {
-            auto& row = rows.emplace_back(shown_[i].begin(), shown_[i].end());
-            for (auto text : {trends_[i].Minimum(), trends_[i].Mean(), trends_[i].Maximum()})
-                row.push_back(std::move(text));
-        }
-        const auto width = terminal::Width() - 1;
-        auto lines = InColumns(rows);
-        std::size_t used = 0;
-        for (auto& line : lines) used = std::max(used, Length(line) + 2);
-        const auto room = width > used ? std::min(width - used, longestHistory) : 0;
-        for (std::size_t i = 0; i < trends_.size(); ++i) {
-            lines[i + 1]
-                .append(used - Length(lines[i + 1]), ' ')
-                .append(trends_[i].History(room, terminal::KnowsUnicode()));
-        }
+        const auto [columns, height] = terminal::GetSize();
+        const auto width = columns - 1;
+        auto lines = Table(width);
+        constexpr std::size_t below = 3;  // lines of the foot, and the cursor's
+        lines.resize(std::min(lines.size(), std::max(height, below + 1) - below));
         lines.push_back(time + "  " + std::to_string(samples_) + (samples_ == 1 ? " sample" : " samples") +
                         "  Ctrl-C ends");
         lines.push_back(notice_);
@@ -127,6 +115,24 @@ class TableView final : public WatchView {
         for (const auto& line : lines) text += Shortened(Clean(line), width) + "\x1B[K\n";
         height_ = lines.size();
         out_.Raw(text);
+    }
+
+    /// A line for each member, the rest of which shows how its value went.
+    std::vector<std::string> Table(std::size_t width) const {
+        constexpr std::size_t longestHistory = 60;
+        std::vector<std::vector<std::string>> rows{{"member", "value", "minimum", "mean", "maximum"}};
+        for (std::size_t i = 0; i < trends_.size(); ++i) {
+            rows.push_back({shown_[i][0], shown_[i][1], trends_[i].Minimum(), trends_[i].Mean(), trends_[i].Maximum()});
+        }
+        auto lines = InColumns(rows);
+        std::size_t used = 0;
+        for (const auto& line : lines) used = std::max(used, Length(line) + 2);
+        const auto room = width > used ? std::min(width - used, longestHistory) : 0;
+        for (std::size_t i = 0; i < trends_.size(); ++i) {
+            auto& line = lines[i + 1];
+            line.append(used - Length(line), ' ').append(trends_[i].History(room, terminal::KnowsUnicode()));
+        }
+        return lines;
     }
 
     Output& out_;
