@@ -73,7 +73,7 @@ std::string IsoDate(Date date) {
     const auto day = tarn4x::DayOf(date);
     const auto time = tarn4x::TimeOf(date);
     const auto days = Print("%04d-%02d-%02d", day.Year, day.Month, day.Day);
-    const auto clock = Print("%02d:%02d:%02d", time.Hour, time.Minute, time.Second);
+    auto clock = Print("%02d:%02d:%02d", time.Hour, time.Minute, time.Second);
     if (std::trunc(date) == 0.0) return clock;
     return date == std::trunc(date) ? days : days + 'T' + clock;
 }

@@ -10,7 +10,7 @@ namespace {
 using Bytes = std::span<const std::uint8_t>;
 using Colour = std::array<std::uint8_t, 3>;
 
-constexpr std::size_t HeaderSize = 128, LargePalette = 256 * 3;
+constexpr std::size_t HeaderSize = 128, LargePalette = std::size_t{256} * 3;
 constexpr std::uint8_t PaletteMark = 12;
 
 /// What the header tells; fields stand at fixed places, numbers of 16 bits with the low byte first.
@@ -76,7 +76,7 @@ std::size_t Index(const Header& header, const std::vector<std::uint8_t>& line, s
 }
 
 std::vector<Colour> Palette(const Header& header, Bytes file) {
-    Bytes colours = file.subspan(16, 16 * 3);
+    Bytes colours = file.subspan(16, std::size_t{16} * 3);
     if (header.BitsPerPixel == 8) {
         if (file.size() < HeaderSize + 1 + LargePalette || file[file.size() - LargePalette - 1] != PaletteMark)
             return {};

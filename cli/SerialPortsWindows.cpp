@@ -17,7 +17,7 @@ std::vector<SerialPort> AllSerialPorts() {
         if (!text.starts_with("COM") || text.size() < 4 || text.find_first_not_of("0123456789", 3) != text.npos)
             continue;
         char device[MAX_PATH] = "";
-        QueryDosDeviceA(name, device, sizeof device);
+        if (QueryDosDeviceA(name, device, sizeof device) == 0) continue;  // unplugged meanwhile
         ports.push_back({name, device});
     }
     std::ranges::sort(ports, {}, [](const SerialPort& port) { return std::stoi(port.Name.substr(3)); });

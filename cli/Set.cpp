@@ -30,6 +30,7 @@ Assignment ParseAssignment(const std::string& text) {
 
 Outcome Set(Context& context, const std::vector<std::string>& texts) {
     std::vector<Assignment> assignments;
+    assignments.reserve(texts.size());
     for (const auto& text : texts) assignments.push_back(ParseAssignment(text));
     Outcome outcome;
     for (const auto& assignment : assignments) {

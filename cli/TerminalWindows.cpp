@@ -28,7 +28,9 @@ bool KnowsUnicode() { return std::getenv("WT_SESSION") != nullptr; }
 Size GetSize() {
     CONSOLE_SCREEN_BUFFER_INFO info;
     if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info)) return {};
-    const auto length = [](SHORT first, SHORT last) { return static_cast<std::size_t>(last - first + 1); };
+    const auto length = [](int first, int last) {
+        return static_cast<std::size_t>(last) - static_cast<std::size_t>(first) + 1U;
+    };
     return {length(info.srWindow.Left, info.srWindow.Right), length(info.srWindow.Top, info.srWindow.Bottom)};
 }
 

@@ -31,10 +31,10 @@ std::vector<Visit> PlanVisits(std::span<const Request> requests, TarnMeasureMode
     for (std::size_t place = 0; place < left.size(); ++place) left[place] = place;
     std::vector<Visit> visits;
     const auto visit = [&](TarnMeasureModes mode) {
-        const auto there =
-            std::ranges::stable_partition(left, [&](std::size_t place) { return !Exists(requests[place], mode); });
-        visits.push_back({mode, {there.begin(), there.end()}});
-        left.erase(there.begin(), there.end());
+        const auto there = std::stable_partition(left.begin(), left.end(),
+                                                 [&](std::size_t place) { return !Exists(requests[place], mode); });
+        visits.push_back({mode, {there, left.end()}});
+        left.erase(there, left.end());
     };
     visit(present);
     while (!left.empty()) {

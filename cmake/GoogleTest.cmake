@@ -1,5 +1,4 @@
 # GTest::gmock_main, built from Debian's source package for whatever the target system is.
-set(GTEST_SOURCE /usr/src/googletest CACHE PATH "Source folder of GoogleTest")
 set(INSTALL_GTEST OFF CACHE INTERNAL "")
 set(BUILD_GMOCK ON CACHE INTERNAL "")
 add_subdirectory(${GTEST_SOURCE} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)

@@ -74,10 +74,4 @@ function(add_com_server)
   # Lets the plain names of the .def file stand for the 32-bit stdcall names.
   target_link_options(${arg_NAME} PRIVATE -Wl,--enable-stdcall-fixup)
   target_link_libraries(${arg_NAME} PRIVATE project_warnings ${arg_LIBRARIES} ${arg_NAME}_idl ole32 oleaut32 uuid)
-
-  # A server has a heap of its own (platform/com/Startup.cpp): nothing of the system's C library may hand out memory for
-  # free(). Those that std::filesystem brings along, _wgetcwd and _wfullpath, are behind functions that nobody calls.
-  add_test(NAME imports.${arg_NAME} COMMAND ${CMAKE_OBJDUMP} -p $<TARGET_FILE:${arg_NAME}>)
-  set_tests_properties(imports.${arg_NAME} PROPERTIES
-    FAIL_REGULAR_EXPRESSION "[ _](strdup|wcsdup|fullpath|getcwd|tempnam|wtempnam|dupenv_s|wdupenv_s)\n")
 endfunction()

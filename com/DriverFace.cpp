@@ -1,8 +1,6 @@
 #include "com/DriverFace.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 #include "com/Members.h"
@@ -11,13 +9,6 @@
 #include "platform/com/Variants.h"
 
 namespace com {
-
-/// A script passes its variables as Variants by reference, which the type description takes only for arguments by
-/// value: not for the bytes of ScreenShot and the number of an echo.
-template <>
-STDMETHODIMP Dispatch<_clsTarn4x>::Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DISPPARAMS* arguments,
-                                          VARIANT* result, EXCEPINFO* exception, UINT* badArgument);
-
 namespace {
 
 using Driver = tarn4x::clsTarn4x;
@@ -113,77 +104,7 @@ class DriverFace : public DualFace<&CLSID_clsTarn4x, _clsTarn4x, IDriverIdentify
     Driver driver_{ComFramework()};
 };
 
-constexpr DISPID ScreenShotIdentifier = 0x68030110;
-constexpr DISPID BytesPosition = 1;  // ScreenShot(udtMode, bytBuffer)
-
-// The arguments of a call with the values of the script's variables in place of references to them. The bytes of
-// ScreenShot go into an array on the way.
-class ScriptArguments {
-  public:
-    ScriptArguments(DISPID member, const DISPPARAMS& given) : arguments_(given) {
-        if (std::none_of(given.rgvarg, given.rgvarg + given.cArgs, Refers)) return;
-        values_.assign(given.rgvarg, given.rgvarg + given.cArgs);
-        arguments_.rgvarg = values_.data();
-        for (UINT index = 0; index < given.cArgs; ++index) {
-            VARIANT& value = values_[index];
-            if (!Refers(value)) continue;
-            VARIANT* variable = value.pvarVal;
-            while (Refers(*variable)) variable = variable->pvarVal;
-            if (member == ScreenShotIdentifier && Position(given, index) == BytesPosition) {
-                target_ = variable;
-                value.vt = VT_BYREF | VT_ARRAY | VT_UI1;
-                value.pparray = &array_;
-            } else {
-                value = *variable;
-            }
-        }
-    }
-    ~ScriptArguments() {
-        if (array_) SafeArrayDestroy(array_);
-    }
-    ScriptArguments(const ScriptArguments&) = delete;
-    ScriptArguments& operator=(const ScriptArguments&) = delete;
-
-    DISPPARAMS* Get() { return &arguments_; }
-
-    // Puts the bytes, if any have come, into the script's variable.
-    void HandOver() {
-        if (!array_) return;
-        VariantClear(target_);
-        target_->vt = VT_ARRAY | VT_UI1;
-        target_->parray = std::exchange(array_, nullptr);
-    }
-
-  private:
-    static bool Refers(const VARIANT& value) { return value.vt == (VT_BYREF | VT_VARIANT); }
-
-    // Named arguments come first; the others follow from the last one to the first.
-    static DISPID Position(const DISPPARAMS& given, UINT index) {
-        if (index < given.cNamedArgs) return given.rgdispidNamedArgs[index];
-        return static_cast<DISPID>(given.cArgs - 1 - index);
-    }
-
-    std::vector<VARIANT> values_;
-    DISPPARAMS arguments_;
-    VARIANT* target_ = nullptr;
-    SAFEARRAY* array_ = nullptr;
-};
-
 }  // namespace
-
-template <>
-STDMETHODIMP Dispatch<_clsTarn4x>::Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DISPPARAMS* arguments,
-                                          VARIANT* result, EXCEPINFO* exception, UINT* badArgument) {
-    if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-    if (!arguments) return E_POINTER;
-    return Border(IID_IDispatch, [&] {
-        ScriptArguments passed(member, *arguments);
-        const HRESULT called =
-            Shared().Members().Invoke(this, member, flags, passed.Get(), result, exception, badArgument);
-        if (SUCCEEDED(called)) passed.HandOver();
-        return called;
-    });
-}
 
 HRESULT CreateDriver(REFIID iid, void** object) { return Create<DriverFace>(iid, object); }
 

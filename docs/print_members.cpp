@@ -1,6 +1,7 @@
-// Prints the reference docs/members.md from a type library:
+// Prints the reference pages from built type libraries:
 //
-//   print-members.exe XTarn4x.tlb
+//   print-members.exe XTarn4x.tlb                            docs/members.md
+//   print-members.exe Seamlib.tlb Seamcfg.tlb Conduit.tlb    docs/framework.md
 #include <windows.h>
 
 #include <cstdio>
@@ -41,9 +42,9 @@ Documentation DocumentationOf(Info* info, LONG member) {
 /// Name of a type as a script or Basic programmer knows it.
 std::string TypeName(ITypeInfo* info, const TYPEDESC& type) {
     static const std::map<VARTYPE, const char*> names = {
-        {VT_I2, "Integer"},  {VT_I4, "Long"},   {VT_R8, "Double"},       {VT_BOOL, "Boolean"},
-        {VT_BSTR, "String"}, {VT_DATE, "Date"}, {VT_VARIANT, "Variant"}, {VT_UI1, "Byte"},
-        {VT_VOID, ""},       {VT_HRESULT, ""},  {VT_DISPATCH, "Object"}};
+        {VT_I2, "Integer"},   {VT_I4, "Long"},     {VT_R4, "Single"}, {VT_R8, "Double"},
+        {VT_BOOL, "Boolean"}, {VT_BSTR, "String"}, {VT_DATE, "Date"}, {VT_VARIANT, "Variant"},
+        {VT_UI1, "Byte"},     {VT_VOID, ""},       {VT_HRESULT, ""},  {VT_DISPATCH, "Object"}};
     if (type.vt == VT_PTR) return TypeName(info, *type.lptdesc);
     if (type.vt == VT_SAFEARRAY) return TypeName(info, *type.lptdesc) + " array";
     if (type.vt == VT_USERDEFINED) {
@@ -115,12 +116,14 @@ std::vector<Row> RowsOf(ITypeInfo* info, UINT count) {
     return rows;
 }
 
-void PrintMembers(ITypeInfo* info, UINT count) {
-    std::puts("\n| member | access | type | unit | |\n|---|---|---|---|---|");
+void PrintMembers(ITypeInfo* info, UINT count, bool withUnits) {
+    std::puts(withUnits ? "\n| member | access | type | unit | |\n|---|---|---|---|---|"
+                        : "\n| member | access | type | |\n|---|---|---|---|");
     for (const auto& row : RowsOf(info, count)) {
         const auto arguments = row.Arguments.empty() ? "" : "(" + row.Arguments + ")";
-        std::printf("| `%s%s` | %s | %s | %s | %s |\n", row.Name.c_str(), arguments.c_str(), row.Access.c_str(),
-                    row.Type.c_str(), UnitOf(row.Name).c_str(), row.Help.c_str());
+        const auto unit = withUnits ? UnitOf(row.Name) + " | " : "";
+        std::printf("| `%s%s` | %s | %s | %s%s |\n", row.Name.c_str(), arguments.c_str(), row.Access.c_str(),
+                    row.Type.c_str(), unit.c_str(), row.Help.c_str());
     }
 }
 
@@ -136,50 +139,109 @@ void PrintValues(ITypeInfo* info, UINT count) {
     }
 }
 
-void PrintType(ITypeLib* library, UINT index, TYPEKIND wanted) {
-    TYPEKIND kind{};
-    Check(library->GetTypeInfoType(index, &kind), "reading a type");
-    if (kind != wanted) return;
-    const auto documentation = DocumentationOf(library, static_cast<LONG>(index));
-    if (kind == TKIND_DISPATCH && !documentation.Name.starts_with('_')) return;  // the framework's interfaces
-    ITypeInfo* info = nullptr;
-    TYPEATTR* attributes = nullptr;
-    Check(library->GetTypeInfo(index, &info), "reading a type");
-    Check(info->GetTypeAttr(&attributes), "reading a type");
-    const auto title = kind == TKIND_DISPATCH ? documentation.Name.substr(1) : documentation.Name;
-    std::printf("\n## %s\n\n%s\n", title.c_str(), documentation.Help.c_str());
-    if (kind == TKIND_DISPATCH) {
-        PrintMembers(info, attributes->cFuncs);
-    } else {
-        PrintValues(info, attributes->cVars);
+/// Calls print(description, attributes, documentation) for each type of a kind in a library.
+template <class Print>
+void ForEach(ITypeLib* library, TYPEKIND wanted, Print&& print) {
+    for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
+        TYPEKIND kind{};
+        Check(library->GetTypeInfoType(i, &kind), "reading a type");
+        if (kind != wanted) continue;
+        ITypeInfo* info = nullptr;
+        TYPEATTR* attributes = nullptr;
+        Check(library->GetTypeInfo(i, &info), "reading a type");
+        Check(info->GetTypeAttr(&attributes), "reading a type");
+        print(info, *attributes, DocumentationOf(library, static_cast<LONG>(i)));
+        info->ReleaseTypeAttr(attributes);
+        info->Release();
     }
-    info->ReleaseTypeAttr(attributes);
-    info->Release();
 }
 
-void Print(const wchar_t* path) {
+void PrintTitle(const std::string& name, const std::string& help) {
+    std::printf("\n## %s\n\n%s\n", name.c_str(), help.c_str());
+}
+
+ITypeLib* Load(const wchar_t* path) {
     ITypeLib* library = nullptr;
     Check(LoadTypeLibEx(path, REGKIND_NONE, &library), "loading the type library");
+    return library;
+}
+
+/// docs/members.md: the driver's own interfaces and its enumerations.
+void PrintDriver(const wchar_t* path) {
+    ITypeLib* library = Load(path);
     std::puts(
         "# Members\n\n"
         "Everything that a program finds in the type library `XTarn4x`. This page is made from the library itself; "
         "`./test`\n"
         "tells when it is out of date.");
-    for (const TYPEKIND kind : {TKIND_DISPATCH, TKIND_ENUM}) {
-        for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) PrintType(library, i, kind);
-    }
+    ForEach(library, TKIND_DISPATCH, [](ITypeInfo* info, const TYPEATTR& attributes, const Documentation& type) {
+        if (!type.Name.starts_with('_')) return;  // the framework's
+        PrintTitle(type.Name.substr(1), type.Help);
+        PrintMembers(info, attributes.cFuncs, true);
+    });
+    ForEach(library, TKIND_ENUM, [](ITypeInfo* info, const TYPEATTR& attributes, const Documentation& type) {
+        PrintTitle(type.Name, type.Help);
+        PrintValues(info, attributes.cVars);
+    });
     library->Release();
+}
+
+/// The interfaces of a class, the default one first.
+std::string InterfacesOf(ITypeInfo* coclass, UINT count) {
+    std::string names;
+    for (UINT i = 0; i < count; ++i) {
+        HREFTYPE reference = 0;
+        ITypeInfo* implemented = nullptr;
+        Check(coclass->GetRefTypeOfImplType(i, &reference), "reading a class");
+        Check(coclass->GetRefTypeInfo(reference, &implemented), "reading a class");
+        names += (names.empty() ? "`" : ", `") + DocumentationOf(implemented, MEMBERID_NIL).Name + '`';
+        implemented->Release();
+    }
+    return names;
+}
+
+/// docs/framework.md: the classes and interfaces of the stand-alone framework.
+void PrintFramework(wchar_t** paths, int count) {
+    std::puts(
+        "# The stand-alone framework\n\n"
+        "What a program finds in the type libraries `Seamlib`, `Seamcfg` and `Conduit`. This page is made from the "
+        "libraries\n"
+        "themselves; `./test` tells when it is out of date.\n\n"
+        "| class | | interfaces |\n|---|---|---|");
+    for (int i = 0; i < count; ++i) {
+        ITypeLib* library = Load(paths[i]);
+        const auto name = DocumentationOf(library, MEMBERID_NIL).Name;
+        ForEach(library, TKIND_COCLASS, [&](ITypeInfo* info, const TYPEATTR& attributes, const Documentation& type) {
+            std::printf("| `%s.%s` | %s | %s |\n", name.c_str(), type.Name.c_str(), type.Help.c_str(),
+                        InterfacesOf(info, attributes.cImplTypes).c_str());
+        });
+        library->Release();
+    }
+    for (int i = 0; i < count; ++i) {
+        ITypeLib* library = Load(paths[i]);
+        ForEach(library, TKIND_DISPATCH, [](ITypeInfo* info, const TYPEATTR& attributes, const Documentation& type) {
+            PrintTitle(type.Name, type.Help);
+            PrintMembers(info, attributes.cFuncs, false);
+        });
+        library->Release();
+    }
 }
 
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
-    if (count != 2) {
-        std::fputs("usage: print-members.exe XTarn4x.tlb\n", stderr);
+    if (count != 2 && count != 4) {
+        std::fputs(
+            "usage: print-members.exe XTarn4x.tlb\n       print-members.exe Seamlib.tlb Seamcfg.tlb Conduit.tlb\n",
+            stderr);
         return 2;
     }
     try {
-        Print(arguments[1]);
+        if (count == 2) {
+            PrintDriver(arguments[1]);
+        } else {
+            PrintFramework(arguments + 1, count - 1);
+        }
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "print-members: %s\n", error.what());

@@ -14,7 +14,7 @@ using std::chrono::sys_days;
 constexpr int SecondsPerDay = 86400;
 constexpr sys_days DayZero = std::chrono::year(1899) / 12 / 30;
 
-struct Split {
+struct DateParts {
     int Days;
     int Seconds;
 };
@@ -28,10 +28,10 @@ Date Checked(Date date) {
     return date;
 }
 
-Split SplitDate(Date date) {
+DateParts SplitDate(Date date) {
     Checked(date);
     const double days = std::trunc(date);
-    Split split{static_cast<int>(days), static_cast<int>(std::lround(std::abs(date - days) * SecondsPerDay))};
+    DateParts split{static_cast<int>(days), static_cast<int>(std::lround(std::abs(date - days) * SecondsPerDay))};
     if (split.Seconds == SecondsPerDay) split = {split.Days + 1, 0};
     return split;
 }

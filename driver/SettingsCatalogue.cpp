@@ -79,7 +79,7 @@ std::shared_ptr<platform::SettingsNode> BuildSettingsCatalogue(platform::Framewo
     for (const auto progId : {"Conduit.clsGPIB", "Conduit.clsComm", "Conduit.clsEthernet", "Conduit.clsGUI"}) {
         const auto transport = framework.CreateTransport(progId);
         const auto subtree = transport->Settings();
-        if (progId == std::string_view("Conduit.clsGPIB")) SetValue(*subtree->Item("Primary Address"), 6);
+        if (progId == std::string_view("Conduit.clsGPIB")) SetValue(*subtree->Item("Primary Address"), std::int16_t{6});
         if (progId == std::string_view("Conduit.clsComm")) PrepareSerialSettings(framework, *transport, *subtree);
         root->AddNode(subtree, true, true);
     }

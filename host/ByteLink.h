@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "host/Patience.h"
@@ -15,6 +16,11 @@ struct LinkFailure {
     platform::TransportError Code;
     std::string Text;
 };
+
+/// "Writing failed: " and the system's own words for the error.
+inline LinkFailure SystemFailure(platform::TransportError code, const std::string& doing, int error) {
+    return {code, doing + " failed: " + std::system_category().message(error)};
+}
 
 /// What a link throws when it cannot be opened: why, in a few plain words.
 struct OpeningFailure {

@@ -11,7 +11,7 @@ class ErrorService : public platform::ErrorService {
     explicit ErrorService(MessageLog& log) : log_(log) {}
     ErrorService(const ErrorService&) = delete;
     ErrorService& operator=(const ErrorService&) = delete;
-    ~ErrorService() override { SetErrorReporting(true); }
+    ~ErrorService() override { ErrorService::SetErrorReporting(true); }
 
     [[noreturn]] void RaiseDriverError(const platform::AutomationError& error) override {
         if (ErrorReporting()) log_.Log(FailureEntry, error.Source, error.Description, std::to_string(error.Number));

@@ -70,7 +70,7 @@ std::string SerialLink::Address() const {
 }
 
 // Threads that look at the same time which lines there are must not hide the lines from each other.
-void SerialLink::TakeTurn(const std::string& path, Patience& patience) {
+void SerialLink::TakeTurn(const std::string& path, const Patience& patience) {
     for (auto turn = patience.AtMost(LongestLook);; turn.Pause(TurnPause)) {
         const std::lock_guard lock(turnMutex);
         const auto now = Patience::Clock::now();

@@ -40,7 +40,7 @@ class SerialLink final : public ByteLink {
     static constexpr std::intptr_t None = -1;
 
     static std::string PathOf(const std::string& port);
-    void TakeTurn(const std::string& path, Patience& patience);
+    void TakeTurn(const std::string& path, const Patience& patience);
     void OpenLine(const std::string& path);
     void Configure(const SerialSettings& settings);
     void CloseLine() noexcept;

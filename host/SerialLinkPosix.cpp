@@ -15,8 +15,6 @@ namespace host {
 
 namespace {
 
-std::string ErrorText(int error) { return std::system_category().message(error); }
-
 speed_t SpeedOf(int baudRate) {
     constexpr struct {
         int BaudRate;
@@ -52,13 +50,13 @@ std::string Reason() {
         case ENOTTY:
             return "it is no serial line";
     }
-    return ErrorText(errno);
+    return std::system_category().message(errno);
 }
 
 LinkFailure Failure(platform::TransportError code, const char* doing) {
     const int error = errno;
-    return {error == EIO || error == ENXIO || error == ENODEV ? platform::LinkLost : code,
-            std::string(doing) + " failed: " + ErrorText(error)};
+    const bool gone = error == EIO || error == ENXIO || error == ENODEV;
+    return SystemFailure(gone ? platform::LinkLost : code, doing, error);
 }
 
 }  // namespace

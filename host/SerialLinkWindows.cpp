@@ -13,7 +13,7 @@ namespace {
 HANDLE Handle(std::intptr_t line) { return reinterpret_cast<HANDLE>(line); }
 
 LinkFailure Failure(platform::TransportError code, const std::string& doing) {
-    return {code, doing + " failed: " + std::system_category().message(static_cast<int>(GetLastError()))};
+    return SystemFailure(code, doing, static_cast<int>(GetLastError()));
 }
 
 /// Why a line cannot be had; the error of the last call.

@@ -17,8 +17,6 @@ namespace {
 
 using sockets::Handle;
 
-std::string ErrorText(int error) { return std::system_category().message(error); }
-
 /// Why a connection does not come about.
 std::string Reason(int error) {
     switch (error) {
@@ -30,12 +28,11 @@ std::string Reason(int error) {
         case sockets::NoNetwork:
             return "no route";
     }
-    return ErrorText(error);
+    return std::system_category().message(error);
 }
 
 LinkFailure Failure(int error, platform::TransportError code, const char* doing) {
-    if (sockets::PeerIsGone(error)) code = platform::LinkLost;
-    return {code, std::string(doing) + " failed: " + ErrorText(error)};
+    return SystemFailure(sockets::PeerIsGone(error) ? platform::LinkLost : code, doing, error);
 }
 
 /// Options that a freshly created socket needs; each command leaves as one segment at once.

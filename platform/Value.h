@@ -9,7 +9,7 @@
 namespace platform {
 
 /// Value of a setting. A setting that was never written holds std::monostate.
-using Value = std::variant<std::monostate, bool, std::int32_t, double, std::string>;
+using Value = std::variant<std::monostate, bool, std::int16_t, std::int32_t, double, std::string>;
 
 /// A number in general format: 15 significant digits without trailing zeros, "." as separator whatever the locale,
 /// E form below 1E-4 and from 1E+15 up.
@@ -41,6 +41,7 @@ inline std::string ToText(const Value& value) {
     struct Converter {
         std::string operator()(std::monostate) const { return {}; }
         std::string operator()(bool boolean) const { return boolean ? "True" : "False"; }
+        std::string operator()(std::int16_t number) const { return std::to_string(number); }
         std::string operator()(std::int32_t number) const { return std::to_string(number); }
         std::string operator()(double number) const { return GeneralNumber(number); }
         std::string operator()(const std::string& text) const { return text; }

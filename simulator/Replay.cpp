@@ -16,10 +16,6 @@ using std::chrono::milliseconds;
 constexpr std::string_view kErrorQuery = "SYST:ERR?", kNoError = R"(0,"No error")";
 constexpr int kReceived = 5, kSending = 6;
 
-[[noreturn]] void Refuse(std::string_view what, std::string_view text) {
-    throw std::invalid_argument(std::string{what} + " '" + Escape(text.substr(0, 80)) + "'");
-}
-
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool IsTime(std::string_view text) {
@@ -42,7 +38,7 @@ int ToKind(std::string_view text) {
 }
 
 // The bytes that were on the wire: a trace is UTF-8, the instrument speaks Latin-1.
-std::string ToBytes(std::string_view field) {
+std::string WireBytes(std::string_view field) {
     std::string latin1;
     for (size_t i = 0; i < field.size(); ++i) {
         const unsigned byte = static_cast<unsigned char>(field[i]);
@@ -98,7 +94,7 @@ void Replay::ReadLine(std::string_view line) {
     const milliseconds duration = ToDuration(fields[1]);
     const int kind = ToKind(fields[2]);
     if (fields[3] != "TARN" || (kind != kSending && kind != kReceived)) return;
-    const std::string text = Normalise(ToBytes(fields[4]));
+    const std::string text = Normalise(WireBytes(fields[4]));
     if (text.empty()) return;  // the rest of a block, which was read without a query
 
     std::vector<Exchange>& exchanges = histories_[text].exchanges;
@@ -110,7 +106,7 @@ void Replay::ReadLine(std::string_view line) {
     // A trace that begins behind the query still tells the answer.
     if (exchanges.empty() || exchanges.back().outcome != Outcome::Silence) exchanges.emplace_back();
     const bool block = IsBlock(fields[5]);
-    exchanges.back() = {block ? Outcome::Block : Outcome::Answer, block ? "" : ToBytes(fields[5]), duration};
+    exchanges.back() = {block ? Outcome::Block : Outcome::Answer, block ? "" : WireBytes(fields[5]), duration};
     if (open_ == text) open_.clear();
 }
 

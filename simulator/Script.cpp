@@ -13,10 +13,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-[[noreturn]] void Refuse(std::string_view what, std::string_view text) {
-    throw std::invalid_argument(std::string{what} + " '" + std::string{text} + "'");
-}
-
 template <class Number>
 Number ToNumber(std::string_view text, Number lowest, Number highest) {
     const auto value = ParseNumber(text, lowest, highest);
@@ -37,7 +33,7 @@ std::string ToTerminator(std::string_view text) {
     Refuse("unknown terminator", text);
 }
 
-std::string ToBytes(std::string_view text) {
+std::string HexBytes(std::string_view text) {
     std::string bytes;
     for (const std::string_view piece : Split(text, ' ')) {
         if (piece.empty()) continue;
@@ -106,7 +102,7 @@ Script::Rule Script::ReadRule(std::string_view text) {
         if (word == "answer") {
             t.answer = Unescape(value);
         } else if (word == "bytes") {
-            t.raw = ToBytes(value);
+            t.raw = HexBytes(value);
         } else if (word == "silence") {
             t.silence = true;
         } else if (word == "deaf") {

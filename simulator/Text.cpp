@@ -57,6 +57,10 @@ std::string Shortest(double value) {
     return {buffer, end};
 }
 
+void Refuse(std::string_view what, std::string_view text) {
+    throw std::invalid_argument(std::string{what} + " '" + Escape(text.substr(0, 80)) + "'");
+}
+
 std::string Escape(std::string_view bytes) {
     std::string text;
     for (const char c : bytes) {

@@ -28,6 +28,8 @@ std::optional<Number> ParseNumber(std::string_view text, Number lowest, Number h
     if (error != std::errc{} || end != text.data() + text.size() || !(value >= lowest && value <= highest)) return {};
     return value;
 }
+/// Throws std::invalid_argument: what it is about, then the beginning of the text.
+[[noreturn]] void Refuse(std::string_view what, std::string_view text);
 /// Makes bytes readable for a log: \n, \r, \\ and \xNN for everything that is not printable ASCII.
 std::string Escape(std::string_view bytes);
 /// Reverses Escape and also knows \t, \0 and \". Throws std::invalid_argument on an unknown or cut sequence.

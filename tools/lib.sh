@@ -41,12 +41,13 @@ build_preset() {
 
 # start_simulator [<argument>...]: starts the simulated receiver on a free port of the loopback interface and on the
 # pseudo-terminal that is COM1 of the Wine prefix. Sets simulator_port, which programs find in their environment, and
-# simulator_pid; stop_simulator ends it.
+# simulator_pid; stop_simulator ends it. `simulator` is the program, of whichever build.
+simulator="${simulator:-$build/native/bin/tarn4x-sim}"
 start_simulator() {
     local output
     output="$(mktemp "$logs/simulator.XXXXXX")"
     mkdir -p "$build/serial"
-    "$build/native/bin/tarn4x-sim" --port 0 --serial "$build/serial/com1" "$@" >"$output" 2>&1 </dev/null &
+    "$simulator" --port 0 --serial "$build/serial/com1" "$@" >"$output" 2>&1 </dev/null &
     simulator_pid=$!
     export simulator_port=""
     for _ in $(seq 100); do

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 
 #include "host/SettingsTree.h"
 #include "host/com/Members.h"
@@ -21,17 +22,6 @@ using Node = std::shared_ptr<host::SettingsNode>;
 
 class NodeFace;
 
-class Locked {
-  public:
-    explicit Locked(SRWLOCK& lock) : lock_(lock) { AcquireSRWLockExclusive(&lock_); }
-    Locked(const Locked&) = delete;
-    Locked& operator=(const Locked&) = delete;
-    ~Locked() { ReleaseSRWLockExclusive(&lock_); }
-
-  private:
-    SRWLOCK& lock_;
-};
-
 // The faces that clients hold, by their nodes: a node has one identity. Each face is used in its own apartment only,
 // the lock keeps the apartments apart.
 class FacesInUse {
@@ -40,7 +30,7 @@ class FacesInUse {
     void Forget(host::SettingsNode* node);
 
   private:
-    SRWLOCK lock_ = SRWLOCK_INIT;
+    std::mutex mutex_;
     std::map<host::SettingsNode*, NodeFace*> faces_;
 };
 
@@ -62,29 +52,9 @@ bool Contains(const Node& tree, const Node& node) {
 }
 
 /// Enumerates the nodes that were there when it was made.
-class NodeEnumerator : public IEnumVARIANT {
+class NodeEnumerator : public Object<IEnumVARIANT> {
   public:
-    explicit NodeEnumerator(std::vector<Node> nodes, std::size_t next = 0) : nodes_(std::move(nodes)), next_(next) {
-        CountObject();
-    }
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        const bool known = iid == IID_IUnknown || iid == IID_IEnumVARIANT;
-        *object = known ? this : nullptr;
-        if (!known) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-    STDMETHODIMP_(ULONG) Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) {
-            delete this;
-            DiscountObject();
-        }
-        return static_cast<ULONG>(left);
-    }
+    explicit NodeEnumerator(std::vector<Node> nodes, std::size_t next = 0) : nodes_(std::move(nodes)), next_(next) {}
 
     STDMETHODIMP Next(ULONG count, VARIANT* values, ULONG* fetched) override {
         if (fetched) *fetched = 0;
@@ -111,15 +81,13 @@ class NodeEnumerator : public IEnumVARIANT {
     STDMETHODIMP Clone(IEnumVARIANT** clone) override {
         if (!clone) return E_POINTER;
         *clone = nullptr;
-        return Border(IID_IEnumVARIANT, [&] { *clone = new NodeEnumerator(nodes_, next_); });
+        return Border(IID_IEnumVARIANT,
+                      [&] { *clone = ComPtr<IEnumVARIANT>(new NodeEnumerator(nodes_, next_)).detach(); });
     }
 
   private:
-    virtual ~NodeEnumerator() = default;
-
     const std::vector<Node> nodes_;
     std::size_t next_;
-    LONG references_ = 1;
 };
 
 class NodeFace : public DualFace<&CLSID_clsNode, INode> {
@@ -182,9 +150,7 @@ class NodeFace : public DualFace<&CLSID_clsNode, INode> {
         return Get<INode>(count, [&] { return static_cast<std::int32_t>(node_->Children().size()); });
     }
     STDMETHODIMP get__NewEnum(IUnknown** enumerator) override {
-        return Get<INode>(enumerator, [&] {
-            return ComPtr<IUnknown>::Attach(static_cast<IEnumVARIANT*>(new NodeEnumerator(ChildrenOf(node_))));
-        });
+        return Get<INode>(enumerator, [&] { return ComPtr<IUnknown>(new NodeEnumerator(ChildrenOf(node_))); });
     }
 
   private:
@@ -203,12 +169,7 @@ class NodeFace : public DualFace<&CLSID_clsNode, INode> {
         return ComPtr<NodeFace>::Attach(static_cast<NodeFace*>(found))->node_;
     }
 
-    HRESULT QueryFurther(REFIID iid, void** object) override {
-        if (iid != IID_NodeFace) return E_NOINTERFACE;
-        AddRef();
-        *object = this;
-        return S_OK;
-    }
+    void* Find(REFIID iid) override { return iid == IID_NodeFace ? this : DualFace::Find(iid); }
 
     std::shared_ptr<platform::SettingsNode> Find(const platform::Value& name) const {
         if (const auto text = std::get_if<std::string>(&name)) return node_->Item(*text);
@@ -226,14 +187,14 @@ class NodeFace : public DualFace<&CLSID_clsNode, INode> {
 };
 
 ComPtr<INode> FacesInUse::Of(const Node& node) {
-    const Locked locked(lock_);
+    const std::lock_guard lock(mutex_);
     auto& face = faces_[node.get()];
     if (!face) face = new NodeFace(node);
     return ComPtr<INode>(face);
 }
 
 void FacesInUse::Forget(host::SettingsNode* node) {
-    const Locked locked(lock_);
+    const std::lock_guard lock(mutex_);
     faces_.erase(node);
 }
 

@@ -5,20 +5,15 @@
 namespace com {
 
 /// An automation object of which a process has one, for all its apartments. It counts as an object of the server only
-/// while clients hold it, but once it is there the module stays: what it knows must not go with the last client.
+/// while clients hold it, but what it knows does not go with the last one.
 template <const CLSID* Coclass, class Interface>
 class SharedFace : public DualFace<Coclass, Interface> {
   protected:
-    SharedFace() {
-        Check(CoCreateFreeThreadedMarshaler(this->Identity(), marshaler_.put()));
-        HMODULE kept = nullptr;
-        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                           reinterpret_cast<LPCWSTR>(Coclass), &kept);
-    }
+    SharedFace() { Check(CoCreateFreeThreadedMarshaler(this->Identity(), marshaler_.put())); }
 
   private:
-    HRESULT QueryFurther(REFIID iid, void** object) final {
-        return iid == IID_IMarshal ? marshaler_->QueryInterface(iid, object) : E_NOINTERFACE;
+    void* Find(REFIID iid) final {
+        return iid == IID_IMarshal ? marshaler_.template As<IMarshal>().get() : SharedFace::DualFace::Find(iid);
     }
     void LastReleased() final {}
 

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <type_traits>
-
 #include "platform/com/ComPtr.h"
 #include "platform/com/Errors.h"
-#include "platform/com/Server.h"
+#include "platform/com/MemberTable.h"
+#include "platform/com/Object.h"
 #include "platform/com/TypeLibrary.h"
 
 namespace com {
@@ -23,71 +22,41 @@ class Dispatch : public Interface {
         if (!description) return E_POINTER;
         *description = nullptr;
         if (index != 0) return DISP_E_BADINDEX;
-        return Border(IID_IDispatch, [&] { *description = ComPtr<ITypeInfo>(Description()).detach(); });
+        return Border(IID_IDispatch, [&] { *description = Members().Description().detach(); });
     }
 
     STDMETHODIMP GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* identifiers) final {
         if (!names || !identifiers) return E_POINTER;
         if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-        return Border(IID_IDispatch, [&] { return Shared().Members().Find(names, count, identifiers); });
+        return Border(IID_IDispatch, [&] { return Members().Find(names, count, identifiers); });
     }
 
     STDMETHODIMP Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                         EXCEPINFO* exception, UINT* badArgument) final {
         if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-        return Border(IID_IDispatch, [&] {
-            return Shared().Members().Invoke(this, member, flags, arguments, result, exception, badArgument);
-        });
+        return Border(IID_IDispatch,
+                      [&] { return Members().Invoke(this, member, flags, arguments, result, exception, badArgument); });
     }
 
   private:
-    static SharedTypeInfo& Shared() {
-        static constinit SharedTypeInfo shared(&__uuidof(Interface));
-        return shared;
+    // Never destroyed: a client may call while the process ends.
+    static const MemberTable& Members() {
+        static const MemberTable& members = *new MemberTable(FindTypeInfo(__uuidof(Interface)));
+        return members;
     }
-    static ITypeInfo* Description() { return Shared().Get(); }
 };
 
+template <class Interface>
+inline constexpr const IID& IdOf<Dispatch<Interface>> = __uuidof(Interface);
+
 /// An automation object with dual interfaces, the default one first. Coclass is null for objects whose class has no
-/// entry in the type library. The object begins without a reference; while clients hold references it counts as one
-/// object of the server, and the last release deletes it.
+/// entry in the type library.
 template <const CLSID* Coclass, class Default, class... Further>
-class DualFace : public Dispatch<Default>,
-                 public Dispatch<Further>...,
-                 public ISupportErrorInfo,
-                 public IProvideClassInfo {
+class DualFace : public Object<Dispatch<Default>, Dispatch<Further>..., ISupportErrorInfo, IProvideClassInfo> {
   public:
-    DualFace() = default;
-    DualFace(const DualFace&) = delete;
-    DualFace& operator=(const DualFace&) = delete;
-    virtual ~DualFace() = default;
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) final {
-        if (!object) return E_POINTER;
-        *object = Find(iid);
-        if (!*object) return QueryFurther(iid, object);
-        AddRef();
-        return S_OK;
-    }
-
-    STDMETHODIMP_(ULONG) AddRef() final {
-        const LONG held = InterlockedIncrement(&references_);
-        if (held == 1) CountObject();
-        return static_cast<ULONG>(held);
-    }
-
-    STDMETHODIMP_(ULONG) Release() final {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) {
-            LastReleased();
-            DiscountObject();
-        }
-        return static_cast<ULONG>(left);
-    }
-
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) final {
-        const bool ours = iid == __uuidof(Default) || (... || (iid == __uuidof(Further)));
-        return ours || iid == IID_IDispatch ? S_OK : S_FALSE;
+        const bool ours = iid == IID_IDispatch || iid == __uuidof(Default) || (... || (iid == __uuidof(Further)));
+        return ours ? S_OK : S_FALSE;
     }
 
     STDMETHODIMP GetClassInfo(ITypeInfo** description) final {
@@ -97,31 +66,14 @@ class DualFace : public Dispatch<Default>,
     }
 
   protected:
+    void* Find(REFIID iid) override {
+        if (iid == IID_IDispatch) return Identity();
+        const bool has = iid != IID_IProvideClassInfo || Coclass;
+        return has ? DualFace::Object::Find(iid) : nullptr;
+    }
+
     /// The object's identity.
-    IUnknown* Identity() { return static_cast<Dispatch<Default>*>(this); }
-
-  private:
-    /// Interfaces beside those of every automation object.
-    virtual HRESULT QueryFurther(REFIID, void**) { return E_NOINTERFACE; }
-    virtual void LastReleased() { delete this; }
-
-    void* Find(REFIID iid) {
-        if (iid == IID_IUnknown || iid == IID_IDispatch) return static_cast<Dispatch<Default>*>(this);
-        if (iid == IID_ISupportErrorInfo) return static_cast<ISupportErrorInfo*>(this);
-        if (iid == IID_IProvideClassInfo && Coclass) return static_cast<IProvideClassInfo*>(this);
-        void* found = nullptr;
-        static_cast<void>(FindDual<Default>(iid, found) || (... || FindDual<Further>(iid, found)));
-        return found;
-    }
-
-    template <class Interface>
-    bool FindDual(REFIID iid, void*& found) {
-        if (iid != __uuidof(Interface)) return false;
-        found = static_cast<Interface*>(static_cast<Dispatch<Interface>*>(this));
-        return true;
-    }
-
-    LONG references_ = 0;
+    IDispatch* Identity() { return static_cast<Dispatch<Default>*>(this); }
 };
 
 /// Creates an automation object: a class table's create function.

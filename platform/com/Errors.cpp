@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <new>
 #include <string>
+#include <utility>
 
 #include "platform/com/ComPtr.h"
+#include "platform/com/Server.h"
 #include "platform/com/Text.h"
 
 namespace com {
@@ -79,40 +81,39 @@ std::int32_t NumberOf(HRESULT result) {
     return plain ? static_cast<std::int32_t>(code & 0xFFFFU) : result;
 }
 
+void Raise(std::int32_t number, std::string description) {
+    throw AutomationError(number, ComponentName(), std::move(description));
+}
+
 void Check(HRESULT result, IUnknown* object, REFIID iid) {
     if (SUCCEEDED(result)) return;
-    if (result == E_OUTOFMEMORY) throw std::bad_alloc();
+    const auto information = InformationOf(object, iid);
+    if (!information) Raise(NumberOf(result), SystemText(result));
     AutomationError error(NumberOf(result), "", "");
-    if (const auto information = InformationOf(object, iid)) {
-        Bstr text;
-        if (SUCCEEDED(information->GetSource(text.put()))) error.Source = text.Utf8();
-        if (SUCCEEDED(information->GetDescription(text.put()))) error.Description = text.Utf8();
-        if (SUCCEEDED(information->GetHelpFile(text.put()))) error.HelpFile = text.Utf8();
-        DWORD context = 0;
-        if (SUCCEEDED(information->GetHelpContext(&context)) && context != 0) {
-            error.HelpContext = static_cast<std::int32_t>(context);
-        }
-    } else {
-        error.Description = SystemText(result);
+    Bstr text;
+    if (SUCCEEDED(information->GetSource(text.put()))) error.Source = text.Utf8();
+    if (SUCCEEDED(information->GetDescription(text.put()))) error.Description = text.Utf8();
+    if (SUCCEEDED(information->GetHelpFile(text.put()))) error.HelpFile = text.Utf8();
+    DWORD context = 0;
+    if (SUCCEEDED(information->GetHelpContext(&context)) && context != 0) {
+        error.HelpContext = static_cast<std::int32_t>(context);
     }
     throw error;
 }
 
-void Check(HRESULT result) { Check(result, nullptr, IID_NULL); }
-
-HRESULT RunAtBorder(REFIID iid, HRESULT (*body)(void*), void* context) noexcept {
-    SetErrorInfo(0, nullptr);
+HRESULT ResultOfException(REFIID iid) noexcept {
     try {
         try {
-            return body(context);
+            // cppcheck-suppress rethrowNoCurrentException // the caller's
+            throw;
         } catch (const AutomationError& error) {
             return Report(iid, error);
         } catch (const std::bad_alloc&) {
             return E_OUTOFMEMORY;
         } catch (const std::exception& error) {
-            return Report(iid, AutomationError(E_UNEXPECTED, "", error.what()));
+            return Report(iid, AutomationError(E_UNEXPECTED, ComponentName(), error.what()));
         } catch (...) {
-            return Report(iid, AutomationError(E_UNEXPECTED, "", "Unknown failure"));
+            return Report(iid, AutomationError(E_UNEXPECTED, ComponentName(), "Unknown failure"));
         }
     } catch (...) {  // no memory for the report
         return E_OUTOFMEMORY;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
+#include <string>
 #include <type_traits>
 
 #include "platform/AutomationError.h"
@@ -16,34 +16,37 @@ HRESULT ResultOf(std::int32_t number);
 /// The way back; the standard codes of type mismatch, overflow and bad index come back as 13, 6 and 9.
 std::int32_t NumberOf(HRESULT result);
 
+/// Raises an error of this component's own: its source is the component's name.
+[[noreturn]] void Raise(std::int32_t number, std::string description);
+
 /// Raises a failed result as AutomationError: with source, description and help of the object's own error information
-/// when the object tells that the interface supports it, else with the system's text for the code.
-void Check(HRESULT result, IUnknown* object, REFIID iid);
-/// The same where no object is at hand that could have error information.
-void Check(HRESULT result);
+/// when the object tells that the interface supports it, else with the system's text for the code and this component's
+/// name.
+void Check(HRESULT result, IUnknown* object = nullptr, REFIID iid = {});
 
 template <class Interface>
 void Check(HRESULT result, Interface* object) {
     Check(result, object, __uuidof(Interface));
 }
 
+/// Turns the exception that is being handled into a result code with error information for interface iid.
+HRESULT ResultOfException(REFIID iid) noexcept;
+
 /// Runs the body of an entry point of interface iid and turns whatever it raises into a result code with error
 /// information. The body returns nothing (success) or a result code.
-HRESULT RunAtBorder(REFIID iid, HRESULT (*body)(void*), void* context) noexcept;
-
 template <class Body>
 HRESULT Border(REFIID iid, Body&& body) noexcept {
-    using Plain = std::remove_reference_t<Body>;
-    const auto run = [](void* context) -> HRESULT {
-        auto& callable = *static_cast<Plain*>(context);
-        if constexpr (std::is_same_v<decltype(callable()), HRESULT>) {
-            return callable();
-        } else {
-            callable();
+    SetErrorInfo(0, nullptr);
+    try {
+        if constexpr (std::is_void_v<decltype(body())>) {
+            body();
             return S_OK;
+        } else {
+            return body();
         }
-    };
-    return RunAtBorder(iid, run, const_cast<void*>(static_cast<const void*>(std::addressof(body))));
+    } catch (...) {
+        return ResultOfException(iid);
+    }
 }
 
 }  // namespace com

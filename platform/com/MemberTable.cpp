@@ -4,7 +4,9 @@
 #include <array>
 
 #include "platform/com/Errors.h"
+#include "platform/com/PassedArguments.h"
 #include "platform/com/Text.h"
+#include "platform/com/TypeLibrary.h"
 #include "platform/com/Variants.h"
 
 namespace com {
@@ -12,7 +14,13 @@ namespace {
 
 constexpr std::size_t MostArguments = 4;
 
-wchar_t Lower(wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c; }
+// Members have names of ASCII letters.
+std::wstring Lower(std::wstring name) {
+    for (wchar_t& c : name) {
+        if (c >= L'A' && c <= L'Z') c = static_cast<wchar_t>(c - L'A' + L'a');
+    }
+    return name;
+}
 
 /// The type under which an automation value of the declared type travels; VT_ILLEGAL for what is not plain.
 VARTYPE PlainType(ITypeInfo* description, const TYPEDESC& type) {
@@ -27,18 +35,28 @@ VARTYPE PlainType(ITypeInfo* description, const TYPEDESC& type) {
             return type.vt;
         case VT_USERDEFINED: {
             ComPtr<ITypeInfo> referred;
-            TYPEATTR* attributes = nullptr;
-            if (FAILED(description->GetRefTypeInfo(type.hreftype, referred.put())) ||
-                FAILED(referred->GetTypeAttr(&attributes))) {
-                return VT_ILLEGAL;
-            }
-            const bool enumeration = attributes->typekind == TKIND_ENUM;
-            referred->ReleaseTypeAttr(attributes);
-            return enumeration ? VT_I4 : VT_ILLEGAL;
+            Check(description->GetRefTypeInfo(type.hreftype, referred.put()));
+            return AttributesOf(referred).typekind == TKIND_ENUM ? VT_I4 : VT_ILLEGAL;
         }
         default:
             return VT_ILLEGAL;
     }
+}
+
+/// The types of what a member hands back through its arguments as an array of bytes or as a Variant, up to the last
+/// such argument; VT_EMPTY for the others.
+std::vector<VARTYPE> Outputs(const FUNCDESC& function) {
+    std::vector<VARTYPE> outputs;
+    for (std::size_t index = 0; index < static_cast<std::size_t>(function.cParams); ++index) {
+        const auto& parameter = function.lprgelemdescParam[index];
+        if (parameter.tdesc.vt != VT_PTR || (parameter.paramdesc.wParamFlags & PARAMFLAG_FOUT) == 0) continue;
+        const auto& type = *parameter.tdesc.lptdesc;
+        const bool bytes = type.vt == VT_SAFEARRAY && type.lptdesc->vt == VT_UI1;
+        if (!bytes && type.vt != VT_VARIANT) continue;
+        outputs.resize(index);
+        outputs.push_back(bytes ? VT_ARRAY | VT_UI1 : VT_VARIANT);
+    }
+    return outputs;
 }
 
 /// Tells the caller what the member has raised.
@@ -57,29 +75,27 @@ HRESULT Raised(HRESULT result, EXCEPINFO* exception) {
 
 }  // namespace
 
-MemberTable::MemberTable(ITypeInfo* description) : description_(description) {
-    TYPEATTR* attributes = nullptr;
-    Check(description->GetTypeAttr(&attributes));
-    const UINT count = attributes->cFuncs;
-    description->ReleaseTypeAttr(attributes);
+MemberTable::MemberTable(ComPtr<ITypeInfo> description) : description_(std::move(description)) {
+    const UINT count = AttributesOf(description_).cFuncs;
     for (UINT index = 0; index < count; ++index) {
         FUNCDESC* function = nullptr;
-        Check(description->GetFuncDesc(index, &function));
+        Check(description_->GetFuncDesc(index, &function));
         const DISPID identifier = function->memid;
-        if (auto member = Plain(description, *function)) {
+        if (auto member = Plain(description_.get(), *function)) {
             plainMembers_.emplace(Key(identifier, function->invkind), std::move(*member));
         }
-        description->ReleaseFuncDesc(function);
+        if (auto outputs = Outputs(*function); !outputs.empty()) outputs_.emplace(identifier, std::move(outputs));
+        description_->ReleaseFuncDesc(function);
         Bstr name;
         UINT named = 0;
-        Check(description->GetNames(identifier, name.put(), 1, &named));
-        identifiers_.emplace(name.get(), identifier);
+        Check(description_->GetNames(identifier, name.put(), 1, &named));
+        identifiers_.emplace(Lower(name.get()), identifier);
     }
 }
 
 HRESULT MemberTable::Find(LPOLESTR* names, UINT count, DISPID* identifiers) const {
     if (count == 1 && names[0]) {
-        const auto found = identifiers_.find(std::wstring_view(names[0]));
+        const auto found = identifiers_.find(Lower(names[0]));
         if (found != identifiers_.end()) {
             *identifiers = found->second;
             return S_OK;
@@ -90,20 +106,20 @@ HRESULT MemberTable::Find(LPOLESTR* names, UINT count, DISPID* identifiers) cons
 
 HRESULT MemberTable::Invoke(IDispatch* object, DISPID identifier, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                             EXCEPINFO* exception, UINT* badArgument) const {
+    if (!arguments) return E_POINTER;
     if (exception) *exception = {};
-    const auto member = arguments ? FindPlain(identifier, flags, *arguments) : nullptr;
-    return member ? Call(object, *member, *arguments, result, exception)
-                  : description_->Invoke(object, identifier, flags, arguments, result, exception, badArgument);
-}
-
-std::size_t MemberTable::Hash::operator()(std::wstring_view name) const {
-    std::size_t hash = 0;
-    for (const wchar_t c : name) hash = hash * 31 + Lower(c);
-    return hash;
-}
-
-bool MemberTable::Equal::operator()(std::wstring_view one, std::wstring_view other) const {
-    return std::ranges::equal(one, other, {}, Lower, Lower);
+    constexpr WORD either = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+    if ((flags & either) != 0) flags |= either;
+    if (const auto member = FindPlain(identifier, flags, *arguments)) {
+        return Call(object, *member, *arguments, result, exception);
+    }
+    const auto outputs = outputs_.find(identifier);
+    PassedArguments passed(*arguments, outputs == outputs_.end() ? std::span<const VARTYPE>() : outputs->second,
+                           badArgument);
+    const HRESULT called =
+        description_->Invoke(object, identifier, flags, passed.Get(), result, exception, badArgument);
+    if (SUCCEEDED(called)) passed.HandOver();
+    return called;
 }
 
 std::optional<MemberTable::PlainMember> MemberTable::Plain(ITypeInfo* description, const FUNCDESC& function) {

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -15,26 +14,19 @@ namespace com {
 /// where the type description would search member by member.
 class MemberTable {
   public:
-    explicit MemberTable(ITypeInfo* description);
+    explicit MemberTable(ComPtr<ITypeInfo> description);
+
+    ComPtr<ITypeInfo> Description() const { return description_; }
 
     /// In any letter case. Names of arguments may follow that of the member.
     HRESULT Find(LPOLESTR* names, UINT count, DISPID* identifiers) const;
 
-    /// Calls a member. What it raises is in the exception structure.
+    /// Calls a member, whichever of the flags for methods and for reading properties the caller gives. What it raises
+    /// is in the exception structure.
     HRESULT Invoke(IDispatch* object, DISPID identifier, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                    EXCEPINFO* exception, UINT* badArgument) const;
 
   private:
-    // Without regard to letter case; members have names of ASCII letters.
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::wstring_view name) const;
-    };
-    struct Equal {
-        using is_transparent = void;
-        bool operator()(std::wstring_view one, std::wstring_view other) const;
-    };
-
     /// A member whose arguments and result are numbers, truth values, dates or texts, handed in or back by value; the
     /// result may be a Variant.
     struct PlainMember {
@@ -50,8 +42,9 @@ class MemberTable {
                         EXCEPINFO* exception);
 
     ComPtr<ITypeInfo> description_;
-    std::unordered_map<std::wstring, DISPID, Hash, Equal> identifiers_;
+    std::unordered_map<std::wstring, DISPID> identifiers_;  // by names in lower case
     std::unordered_map<std::uint64_t, PlainMember> plainMembers_;
+    std::unordered_map<DISPID, std::vector<VARTYPE>> outputs_;  // as PassedArguments takes them, where there are any
 };
 
 }  // namespace com

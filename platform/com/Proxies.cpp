@@ -14,8 +14,16 @@ constexpr std::int32_t CannotCreateObject = 429;
 VARIANT_BOOL Truth(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
 std::shared_ptr<platform::SettingsNode> ProxyOf(ComPtr<INode> node) {
-    if (!node) throw platform::AutomationError(platform::ObjectVariableNotSet, "", "Object variable not set");
+    if (!node) Raise(platform::ObjectVariableNotSet, "Object variable not set");
     return std::make_shared<NodeProxy>(std::move(node));
+}
+
+/// A number or a truth value of the object.
+template <class Interface, class Out>
+Out Read(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*get)(Out*)) {
+    Out value{};
+    Check((object.get()->*get)(&value), object.get());
+    return value;
 }
 
 /// An optional argument.
@@ -25,17 +33,9 @@ Variant Argument(std::optional<std::string_view> text) {
 
 class ApplicationProxy : public platform::Application {
   public:
-    bool AbortRequested() override {
-        VARIANT_BOOL requested = VARIANT_FALSE;
-        Check(object_->get_AbortRequested(&requested), object_.get());
-        return requested != VARIANT_FALSE;
-    }
+    bool AbortRequested() override { return Read(object_, &IApplication::get_AbortRequested) != VARIANT_FALSE; }
     void Delay(float seconds) override { Check(object_->Delay(seconds), object_.get()); }
-    std::int32_t AppState() override {
-        long state = 0;
-        Check(object_->get_AppState(&state), object_.get());
-        return state;
-    }
+    std::int32_t AppState() override { return Read(object_, &IApplication::get_AppState); }
     void SuspendState() override { Check(object_->SuspendState(), object_.get()); }
     void ResumeState() override { Check(object_->ResumeState(), object_.get()); }
 
@@ -64,11 +64,7 @@ class ErrorServiceProxy : public platform::ErrorService {
                                         helpContext),
               object_.get());
     }
-    bool ErrorReporting() override {
-        VARIANT_BOOL reporting = VARIANT_FALSE;
-        Check(object_->get_ErrorReporting(&reporting), object_.get());
-        return reporting != VARIANT_FALSE;
-    }
+    bool ErrorReporting() override { return Read(object_, &IErrorService::get_ErrorReporting) != VARIANT_FALSE; }
     void SetErrorReporting(bool reporting) override {
         Check(object_->put_ErrorReporting(Truth(reporting)), object_.get());
     }
@@ -133,8 +129,7 @@ std::shared_ptr<platform::SettingsNode> NodeProxy::Item(std::string_view path) {
 }
 
 std::vector<std::shared_ptr<platform::SettingsNode>> NodeProxy::Children() {
-    long count = 0;
-    Check(node_->get_Count(&count), node_.get());
+    const long count = Read(node_, &INode::get_Count);
     std::vector<std::shared_ptr<platform::SettingsNode>> children;
     for (long index = 1; index <= count; ++index) {
         ComPtr<INode> child;
@@ -174,20 +169,15 @@ void NodeProxy::SetFixed(bool fixed) { Check(node_->put_Fixed(Truth(fixed)), nod
 
 INode* ComOf(platform::SettingsNode& node) {
     if (const auto proxy = dynamic_cast<NodeProxy*>(&node)) return proxy->get();
-    throw platform::AutomationError(platform::TypeMismatch, "", "Type mismatch");
+    Raise(platform::TypeMismatch, "Type mismatch");
 }
 
-float TransportProxy::Timeout() {
-    float seconds = 0.0F;
-    Check(text_->get_Timeout(&seconds), text_.get());
-    return seconds;
-}
+float TransportProxy::Timeout() { return Read(text_, &ITextLink::get_Timeout); }
 
 void TransportProxy::SetTimeout(float seconds) { Check(text_->put_Timeout(seconds), text_.get()); }
 
 void TransportProxy::SendReceive(std::string_view command, std::string* response) {
-    Variant answer;
-    if (!response) static_cast<VARIANT&>(answer) = MissingArgument();
+    Variant answer(response ? ToVariant(*response) : MissingArgument());
     Check(text_->SendReceive(Bstr(command).get(), &answer), text_.get());
     if (response) *response = TextOf(answer);
 }
@@ -204,57 +194,44 @@ std::string TransportProxy::ReadString(std::optional<std::string_view> command) 
 
 std::vector<std::uint8_t> TransportProxy::ReadBlock(std::int16_t count, std::optional<std::string_view> command) {
     Variant data;
-    const auto blocks = Blocks();
-    Check(blocks->ReadBlock(count, Argument(command), &data), blocks);
+    Check(Blocks()->ReadBlock(count, Argument(command), &data), Blocks().get());
     return BytesOf(data);
 }
 
 void TransportProxy::WriteBlock(std::int16_t count, std::span<const std::uint8_t> data,
                                 std::optional<std::string_view> command) {
-    const auto blocks = Blocks();
-    Check(blocks->WriteBlock(count, Variant(ToVariant(data)), Bstr(command.value_or("")).get()), blocks);
+    Check(Blocks()->WriteBlock(count, Variant(ToVariant(data)), Bstr(command.value_or("")).get()), Blocks().get());
 }
 
 void TransportProxy::SetName(std::string_view name) {
-    const auto connection = Connection();
-    Check(connection->put_Name(Bstr(name).get()), connection);
+    Check(Connection()->put_Name(Bstr(name).get()), Connection().get());
 }
 
 std::shared_ptr<platform::SettingsNode> TransportProxy::Settings() {
     ComPtr<INode> settings;
-    const auto connection = Connection();
-    Check(connection->get_Settings(settings.put()), connection);
+    Check(Connection()->get_Settings(settings.put()), Connection().get());
     return ProxyOf(std::move(settings));
 }
 
-void TransportProxy::Connect(bool connect) {
-    const auto connection = Connection();
-    Check(connection->put_Connect(Truth(connect)), connection);
-}
+void TransportProxy::Connect(bool connect) { Check(Connection()->put_Connect(Truth(connect)), Connection().get()); }
 
-bool TransportProxy::IsConnected() {
-    VARIANT_BOOL connected = VARIANT_FALSE;
-    const auto connection = Connection();
-    Check(connection->get_IsConnected(&connected), connection);
-    return connected != VARIANT_FALSE;
-}
+bool TransportProxy::IsConnected() { return Read(Connection(), &IConnection::get_IsConnected) != VARIANT_FALSE; }
 
-IBlockLink* TransportProxy::Blocks() {
+const ComPtr<IBlockLink>& TransportProxy::Blocks() {
     if (!blocks_) Check(text_->QueryInterface(IID_IBlockLink, blocks_.putVoid()));
-    return blocks_.get();
+    return blocks_;
 }
 
-IConnection* TransportProxy::Connection() {
+const ComPtr<IConnection>& TransportProxy::Connection() {
     if (!connection_) Check(text_->QueryInterface(IID_IConnection, connection_.putVoid()));
-    return connection_.get();
+    return connection_;
 }
 
 ComPtr<IUnknown> CreateByProgId(std::string_view progId, REFIID iid) {
     CLSID clsid;
     const bool cut = progId.find('\0') != progId.npos;  // the system would not see what is behind
     if (cut || FAILED(CLSIDFromProgID(Wide(progId).c_str(), &clsid))) {
-        throw platform::AutomationError(CannotCreateObject, "",
-                                        "Component can't create object: \"" + std::string(progId) + '"');
+        Raise(CannotCreateObject, "Component can't create object: \"" + std::string(progId) + '"');
     }
     ComPtr<IClassFactory> factory;
     Check(CoGetClassObject(clsid, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, nullptr, IID_IClassFactory,

@@ -58,8 +58,8 @@ class TransportProxy : public platform::Transport {
     bool IsConnected() override;
 
   private:
-    IBlockLink* Blocks();
-    IConnection* Connection();
+    const ComPtr<IBlockLink>& Blocks();
+    const ComPtr<IConnection>& Connection();
 
     ComPtr<ITextLink> text_;
     ComPtr<IBlockLink> blocks_;

@@ -1,12 +1,13 @@
 #include "platform/com/Registration.h"
 
-#include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <utility>
 
 #include "platform/com/ComPtr.h"
 #include "platform/com/Errors.h"
 #include "platform/com/Text.h"
+#include "platform/com/TypeLibrary.h"
 
 namespace com {
 namespace {
@@ -53,13 +54,9 @@ void AddInterfaces(std::vector<RegistrationRow>& rows, ITypeLib* library, const 
     for (UINT index = 0; index < count; ++index) {
         ComPtr<ITypeInfo> description;
         Check(library->GetTypeInfo(index, description.put()));
-        TYPEATTR* attributes = nullptr;
-        Check(description->GetTypeAttr(&attributes));
-        const bool marshalled =
-            attributes->typekind == TKIND_DISPATCH && (attributes->wTypeFlags & TYPEFLAG_FDUAL) != 0;
-        const auto key = L"Interface\\" + ToText(attributes->guid);
-        description->ReleaseTypeAttr(attributes);
-        if (!marshalled) continue;
+        const auto attributes = AttributesOf(description);
+        if (attributes.typekind != TKIND_DISPATCH || (attributes.wTypeFlags & TYPEFLAG_FDUAL) == 0) continue;
+        const auto key = L"Interface\\" + ToText(attributes.guid);
         Bstr name;
         Check(description->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr));
         rows.push_back({.key = Joined(key, L"TypeLib"), .data = libid, .claim = true});
@@ -96,84 +93,71 @@ void AddTypeLibrary(std::vector<RegistrationRow>& rows, const std::wstring& file
 
 void CheckRegistry(LSTATUS status) { Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status))); }
 
+// The classes of the machine or of the user. HKEY_CLASSES_ROOT shows both, and writes to either.
+HKEY Hive(Scope scope) { return scope == Scope::User ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE; }
+std::wstring Path(const std::wstring& key) { return L"Software\\Classes\\" + key; }
+
+struct CloseKey {
+    void operator()(HKEY key) const { RegCloseKey(key); }
+};
+using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKey>;
+
+// None when there is no such key.
+Key Open(Scope scope, const std::wstring& key, REGSAM view = 0) {
+    HKEY opened = nullptr;
+    const LSTATUS status = RegOpenKeyExW(Hive(scope), Path(key).c_str(), 0, KEY_READ | view, &opened);
+    return Key(status == ERROR_SUCCESS ? opened : nullptr);
+}
+
 struct Content {
     DWORD type;
     std::vector<BYTE> bytes;
 };
 
-Content TextContent(const std::wstring& text) {
-    const auto* bytes = reinterpret_cast<const BYTE*>(text.c_str());
-    return {REG_SZ, {bytes, bytes + (text.size() + 1) * sizeof(wchar_t)}};
+std::optional<Content> Read(HKEY key, const std::wstring& name, DWORD types) {
+    DWORD size = 0;
+    if (RegGetValueW(key, nullptr, name.c_str(), types, nullptr, nullptr, &size) != ERROR_SUCCESS) return {};
+    Content content{0, std::vector<BYTE>(size)};
+    const LSTATUS status = RegGetValueW(key, nullptr, name.c_str(), types, &content.type, content.bytes.data(), &size);
+    content.bytes.resize(size);
+    return status == ERROR_SUCCESS ? std::optional(std::move(content)) : std::nullopt;
 }
-
-// A key among the classes of the machine or of the user. HKEY_CLASSES_ROOT shows both, and writes to either.
-class Key {
-  public:
-    Key() = default;
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
-    ~Key() {
-        if (key_) RegCloseKey(key_);
-    }
-
-    LSTATUS Create(Scope scope, const std::wstring& path, bool& created) {
-        DWORD disposition = 0;
-        const LSTATUS status = RegCreateKeyExW(Hive(scope), Path(path).c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE,
-                                               nullptr, &key_, &disposition);
-        created = disposition == REG_CREATED_NEW_KEY;
-        return status;
-    }
-    LSTATUS Open(Scope scope, const std::wstring& path, REGSAM access) {
-        return RegOpenKeyExW(Hive(scope), Path(path).c_str(), 0, access, &key_);
-    }
-    LSTATUS Write(const std::wstring& name, const Content& content) {
-        return RegSetValueExW(key_, name.c_str(), 0, content.type, content.bytes.data(),
-                              static_cast<DWORD>(content.bytes.size()));
-    }
-    std::optional<Content> Read(const std::wstring& name) const {
-        DWORD size = 0;
-        Content content{};
-        if (RegQueryValueExW(key_, name.c_str(), nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS) return {};
-        content.bytes.resize(size);
-        if (RegQueryValueExW(key_, name.c_str(), nullptr, &content.type, content.bytes.data(), &size) !=
-            ERROR_SUCCESS) {
-            return {};
-        }
-        return content;
-    }
-    std::optional<std::wstring> ReadText(const std::wstring& name) const {
-        DWORD size = 0;
-        if (RegGetValueW(key_, nullptr, name.c_str(), RRF_RT_REG_SZ, nullptr, nullptr, &size) != ERROR_SUCCESS) {
-            return {};
-        }
-        std::wstring data(size / sizeof(wchar_t), L'\0');
-        if (RegGetValueW(key_, nullptr, name.c_str(), RRF_RT_REG_SZ, nullptr, data.data(), &size) != ERROR_SUCCESS) {
-            return {};
-        }
-        data.resize(wcsnlen(data.c_str(), data.size()));
-        return data;
-    }
-    void Delete(const std::wstring& name) { RegDeleteValueW(key_, name.c_str()); }
-    bool Empty() const {
-        DWORD keys = 0;
-        DWORD values = 0;
-        return RegQueryInfoKeyW(key_, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr,
-                                nullptr, nullptr) == ERROR_SUCCESS &&
-               keys == 0 && values == 0;
-    }
-
-    static HKEY Hive(Scope scope) { return scope == Scope::User ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE; }
-    static std::wstring Path(const std::wstring& path) { return L"Software\\Classes\\" + path; }
-
-  private:
-    HKEY key_ = nullptr;
-};
 
 std::optional<std::wstring> ReadText(Scope scope, const std::wstring& path, const std::wstring& name, REGSAM view) {
-    Key key;
-    if (key.Open(scope, path, KEY_READ | view) != ERROR_SUCCESS) return {};
-    return key.ReadText(name);
+    const auto key = Open(scope, path, view);
+    const auto content = key ? Read(key.get(), name, RRF_RT_REG_SZ) : std::nullopt;
+    if (!content) return {};
+    const auto* text = reinterpret_cast<const wchar_t*>(content->bytes.data());
+    return std::wstring(text, wcsnlen(text, content->bytes.size() / sizeof(wchar_t)));
 }
+
+LSTATUS Set(Scope scope, const std::wstring& key, const std::wstring& name, DWORD type, const void* data,
+            std::size_t size) {
+    return RegSetKeyValueW(Hive(scope), Path(key).c_str(), name.c_str(), type, data, static_cast<DWORD>(size));
+}
+
+LSTATUS Delete(Scope scope, const std::wstring& key, const std::wstring& name) {
+    return RegDeleteKeyValueW(Hive(scope), Path(key).c_str(), name.c_str());
+}
+
+// Deletes the key if nothing is left in it, and those above it in the same way.
+void Prune(Scope scope, std::wstring path) {
+    for (;;) {
+        const auto key = Open(scope, path);
+        DWORD keys = 0, values = 0;
+        if (!key ||
+            RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr,
+                             nullptr, nullptr) != ERROR_SUCCESS ||
+            keys != 0 || values != 0 || RegDeleteKeyW(Hive(scope), Path(path).c_str()) != ERROR_SUCCESS) {
+            return;
+        }
+        const auto end = path.rfind(L'\\');
+        if (end == path.npos) return;
+        path.resize(end);
+    }
+}
+
+// ---- files ----
 
 bool SameText(const std::wstring& one, const std::wstring& other) { return lstrcmpiW(one.c_str(), other.c_str()) == 0; }
 
@@ -197,19 +181,6 @@ bool SameFile(const std::wstring& one, const std::wstring& other) {
     return place && place == PlaceOf(other);
 }
 
-// Deletes the key if nothing is left in it, and those above it in the same way.
-void Prune(Scope scope, std::wstring path) {
-    while (!path.empty()) {
-        {
-            Key key;
-            if (key.Open(scope, path, KEY_READ) != ERROR_SUCCESS || !key.Empty()) return;
-        }
-        if (RegDeleteKeyW(Key::Hive(scope), Key::Path(path).c_str()) != ERROR_SUCCESS) return;
-        const auto end = path.rfind(L'\\');
-        path.resize(end == std::wstring::npos ? 0 : end);
-    }
-}
-
 // ---- registering ----
 
 struct Change {
@@ -219,24 +190,24 @@ struct Change {
 };
 
 LSTATUS Write(Scope scope, const RegistrationRow& row, std::vector<Change>& changes) {
-    Key key;
-    bool created = false;
-    if (const LSTATUS status = key.Create(scope, row.key, created); status != ERROR_SUCCESS) return status;
-    changes.push_back({row, created, key.Read(row.name)});
-    return row.data ? key.Write(row.name, TextContent(*row.data)) : ERROR_SUCCESS;
+    HKEY key = nullptr;
+    DWORD disposition = 0;
+    const LSTATUS status = RegCreateKeyExW(Hive(scope), Path(row.key).c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE,
+                                           nullptr, &key, &disposition);
+    if (status != ERROR_SUCCESS) return status;
+    changes.push_back(
+        {row, disposition == REG_CREATED_NEW_KEY, Read(Key(key).get(), row.name, RRF_RT_ANY | RRF_NOEXPAND)});
+    if (!row.data) return ERROR_SUCCESS;
+    return Set(scope, row.key, row.name, REG_SZ, row.data->c_str(), (row.data->size() + 1) * sizeof(wchar_t));
 }
 
 void Undo(Scope scope, const std::vector<Change>& changes) {
     for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
         const auto& [row, created, before] = *change;
-        {
-            Key key;
-            if (key.Open(scope, row.key, KEY_READ | KEY_WRITE) != ERROR_SUCCESS) continue;
-            if (before) {
-                key.Write(row.name, *before);
-            } else {
-                key.Delete(row.name);
-            }
+        if (before) {
+            Set(scope, row.key, row.name, before->type, before->bytes.data(), before->bytes.size());
+        } else {
+            Delete(scope, row.key, row.name);
         }
         if (created) Prune(scope, row.key);
     }
@@ -257,12 +228,9 @@ std::optional<std::wstring> ServerOf(const std::wstring& clsid, REGSAM view) {
         for (const auto server : {L"\\InprocServer32", L"\\LocalServer32"}) {
             const auto command = ReadText(scope, L"CLSID\\" + clsid + server, L"", view);
             if (!command) continue;
-            std::wstring found(MAX_PATH, L'\0');
-            const DWORD length = SearchPathW(nullptr, FileOf(*command).c_str(), L".dll",
-                                             static_cast<DWORD>(found.size()), found.data(), nullptr);
-            if (length == 0) continue;
-            found.resize(length);
-            return length < MAX_PATH ? found : FileOf(*command);
+            wchar_t found[MAX_PATH];
+            const DWORD length = SearchPathW(nullptr, FileOf(*command).c_str(), L".dll", MAX_PATH, found, nullptr);
+            if (length > 0) return length < MAX_PATH ? found : FileOf(*command);
         }
     }
     return {};
@@ -307,13 +275,8 @@ std::vector<RegistrationRow> OwnRows(Scope scope, const std::vector<Registration
 }
 
 void Remove(Scope scope, const RegistrationRow& row) {
-    {
-        Key key;
-        const LSTATUS status = key.Open(scope, row.key, KEY_READ | KEY_WRITE);
-        if (status == ERROR_FILE_NOT_FOUND) return;
-        CheckRegistry(status);
-        if (row.data) key.Delete(row.name);
-    }
+    const LSTATUS status = row.data ? Delete(scope, row.key, row.name) : ERROR_SUCCESS;
+    if (status != ERROR_FILE_NOT_FOUND) CheckRegistry(status);
     Prune(scope, row.key);
 }
 

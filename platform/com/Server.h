@@ -42,13 +42,15 @@ const Server& TheServer();
 /// The module that this code was linked into.
 HMODULE ThisModule();
 std::wstring FileName(HMODULE module);
+/// The name of the component that this code was linked into, as its file has it: "Conduit".
+std::string ComponentName();
 
-/// Counts the objects that clients hold and the locks on class factories. The module may go when both are gone.
+/// Counts the objects that clients hold and the locks on class factories.
 void CountObject();
 void DiscountObject();
 bool InUse();
 
-/// Class factory of a server's class. It refuses aggregation.
+/// Class factory of a server's class. It refuses aggregation. A module that has created an object stays in the process.
 HRESULT GetClassObject(const Server& server, REFCLSID clsid, REFIID iid, void** factory);
 
 }  // namespace com

@@ -6,6 +6,7 @@
 
 #include "platform/AutomationError.h"
 #include "platform/com/ComPtr.h"
+#include "platform/com/Errors.h"
 #include "platform/com/Text.h"
 
 namespace com {
@@ -13,19 +14,13 @@ namespace {
 
 constexpr LCID Invariant = 0x409;
 
-[[noreturn]] void RaiseTypeMismatch() { throw platform::AutomationError(platform::TypeMismatch, "", "Type mismatch"); }
+[[noreturn]] void RaiseTypeMismatch() { Raise(platform::TypeMismatch, "Type mismatch"); }
 
 // A host may pass any conversion's failure on; the one that has a number of its own is Overflow.
 void CheckConversion(HRESULT result) {
-    if (result == DISP_E_OVERFLOW) throw platform::AutomationError(platform::Overflow, "", "Overflow");
+    if (result == DISP_E_OVERFLOW) Raise(platform::Overflow, "Overflow");
     if (result == E_OUTOFMEMORY) throw std::bad_alloc();
     if (FAILED(result)) RaiseTypeMismatch();
-}
-
-Variant Dereferenced(const VARIANT& value) {
-    Variant copy;
-    CheckConversion(VariantCopyInd(&copy, const_cast<VARIANT*>(&value)));
-    return copy;
 }
 
 Variant Converted(const VARIANT& value, VARTYPE type) {
@@ -37,9 +32,7 @@ Variant Converted(const VARIANT& value, VARTYPE type) {
 }
 
 Variant DefaultValue(IUnknown* object) {
-    if (!object) {
-        throw platform::AutomationError(platform::ObjectVariableNotSet, "", "Object variable not set");
-    }
+    if (!object) Raise(platform::ObjectVariableNotSet, "Object variable not set");
     const auto dispatch = ComPtr<IUnknown>(object).As<IDispatch>();
     Variant value;
     DISPPARAMS none{};
@@ -53,21 +46,34 @@ Variant DefaultValue(IUnknown* object) {
 // An object's default value may be an object again; a chain of them that long is a circle.
 constexpr int LongestChain = 16;
 
-platform::Value ValueOf(const VARIANT& value, int depth) {
+platform::Value ValueOf(const VARIANT& given, int depth) {
+    const VARIANT& value = Followed(given);
     if (V_ISARRAY(&value)) RaiseTypeMismatch();
-    if (V_ISBYREF(&value)) return ValueOf(Dereferenced(value), depth);
+    if (V_ISBYREF(&value)) {
+        Variant copy;
+        CheckConversion(VariantCopyInd(&copy, const_cast<VARIANT*>(&value)));
+        return ValueOf(copy, depth);
+    }
     switch (V_VT(&value)) {
         case VT_EMPTY:
             return {};
         case VT_BOOL:
             return V_BOOL(&value) != VARIANT_FALSE;
+        case VT_I2:
+            return V_I2(&value);
         case VT_I1:
         case VT_UI1:
-        case VT_I2:
         case VT_UI2:
         case VT_I4:
+        case VT_UI4:
+        case VT_I8:
+        case VT_UI8:
         case VT_INT:
-            return static_cast<std::int32_t>(Converted(value, VT_I4).lVal);
+        case VT_UINT: {
+            const double number = Converted(value, VT_R8).dblVal;
+            if (number < INT32_MIN || number > INT32_MAX) return number;
+            return static_cast<std::int32_t>(number);
+        }
         case VT_R4:
             return static_cast<double>(V_R4(&value));
         case VT_R8:
@@ -110,15 +116,19 @@ std::uint8_t Element(SAFEARRAY* array, VARTYPE type, LONG index) {
 
 }  // namespace
 
-bool ParameterNotFound(const VARIANT& argument) {
-    if (V_VT(&argument) == (VT_BYREF | VT_VARIANT)) return ParameterNotFound(*V_VARIANTREF(&argument));
-    return V_VT(&argument) == VT_ERROR && V_ERROR(&argument) == DISP_E_PARAMNOTFOUND;
+VARIANT& Followed(VARIANT& value) {
+    if (V_ISBYREF(&value) && !V_BYREF(&value)) Raise(E_POINTER, "Invalid pointer");
+    return V_VT(&value) == (VT_BYREF | VT_VARIANT) ? Followed(*V_VARIANTREF(&value)) : value;
 }
 
-bool Missing(const VARIANT& argument) {
-    if (V_VT(&argument) == (VT_BYREF | VT_VARIANT)) return Missing(*V_VARIANTREF(&argument));
-    return V_VT(&argument) == VT_EMPTY || ParameterNotFound(argument);
+const VARIANT& Followed(const VARIANT& value) { return Followed(const_cast<VARIANT&>(value)); }
+
+bool ParameterNotFound(const VARIANT& argument) {
+    const VARIANT& value = Followed(argument);
+    return V_VT(&value) == VT_ERROR && V_ERROR(&value) == DISP_E_PARAMNOTFOUND;
 }
+
+bool Missing(const VARIANT& argument) { return V_VT(&Followed(argument)) == VT_EMPTY || ParameterNotFound(argument); }
 
 VARIANT MissingArgument() {
     VARIANT missing;
@@ -139,11 +149,11 @@ std::optional<std::string> OptionalText(const VARIANT& argument) {
 
 std::optional<std::int32_t> OptionalNumber(const VARIANT& argument) {
     if (Missing(argument)) return std::nullopt;
-    return static_cast<std::int32_t>(Converted(Dereferenced(argument), VT_I4).lVal);
+    return static_cast<std::int32_t>(Converted(Followed(argument), VT_I4).lVal);
 }
 
-void Assign(VARIANT& variable, const platform::Value& value) {
-    if (V_VT(&variable) == (VT_BYREF | VT_VARIANT)) return Assign(*V_VARIANTREF(&variable), value);
+void Assign(VARIANT& argument, const platform::Value& value) {
+    VARIANT& variable = Followed(argument);
     Variant assigned(ToVariant(value));
     if (!V_ISBYREF(&variable)) {
         VariantClear(&variable);
@@ -172,6 +182,10 @@ VARIANT ToVariant(const platform::Value& value) {
         void operator()(bool boolean) const {
             V_VT(&result) = VT_BOOL;
             V_BOOL(&result) = boolean ? VARIANT_TRUE : VARIANT_FALSE;
+        }
+        void operator()(std::int16_t number) const {
+            V_VT(&result) = VT_I2;
+            V_I2(&result) = number;
         }
         void operator()(std::int32_t number) const {
             V_VT(&result) = VT_I4;
@@ -207,8 +221,8 @@ VARIANT ToVariant(std::span<const std::uint8_t> bytes) {
     return result;
 }
 
-std::vector<std::uint8_t> BytesOf(const VARIANT& value) {
-    if (V_VT(&value) == (VT_BYREF | VT_VARIANT)) return BytesOf(*V_VARIANTREF(&value));
+std::vector<std::uint8_t> BytesOf(const VARIANT& argument) {
+    const VARIANT& value = Followed(argument);
     if (!V_ISARRAY(&value)) RaiseTypeMismatch();
     SAFEARRAY* const array = V_ISBYREF(&value) ? *V_ARRAYREF(&value) : V_ARRAY(&value);
     if (!array || SafeArrayGetDim(array) != 1) RaiseTypeMismatch();

@@ -35,6 +35,11 @@ class Variant : public VARIANT {
     }
 };
 
+/// What references to Variants lead to: a value, or a reference to a value of one type. Raises E_POINTER when one of
+/// them is null.
+VARIANT& Followed(VARIANT& value);
+const VARIANT& Followed(const VARIANT& value);
+
 /// True for the automation value "parameter not found", which stands for an argument that was left out.
 bool ParameterNotFound(const VARIANT& argument);
 /// True for an optional input that was left out or holds nothing.

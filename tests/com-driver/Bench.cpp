@@ -36,6 +36,7 @@ class Surroundings : public testing::Environment {
         // Those of another build folder may be registered.
         ASSERT_HRESULT_SUCCEEDED(install(TRUE, L"force"));
         FreeLibrary(module);
+        ASSERT_EQ(GetModuleHandleW(name), nullptr) << "registering has created no object";
     }
 
     ComPtr<IApplication> application_;

@@ -17,7 +17,7 @@ struct Quantity {
     long long allowance;
 };
 constexpr Quantity quantities[] = {
-    {"heap blocks", 8}, {"heap bytes", 1024}, {"bytes of memory", 0x20000}, {"handles", 0}, {"thread-local slots", 0}};
+    {"heap blocks", 8}, {"heap bytes", 1024}, {"bytes of memory", 0x20000}, {"handles", 0}};
 using Footprint = std::array<long long, std::size(quantities)>;
 
 void WalkHeaps(long long& blocks, long long& bytes) {
@@ -76,16 +76,8 @@ long long OwnHandles() {
     return own;
 }
 
-// Slots are given out from the lowest number up.
-long long UsedSlots() {
-    const DWORD next = TlsAlloc();
-    TlsFree(next);
-    return next;
-}
-
 Footprint TakeFootprint() {
     Footprint now{};
-    now[4] = UsedSlots();
     now[3] = OwnHandles();
     now[2] = CommittedMemory();
     WalkHeaps(now[0], now[1]);

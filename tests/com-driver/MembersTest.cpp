@@ -59,21 +59,28 @@ TEST_F(Members, HandOutStatistics) {
 
 TEST_F(Invoke, FillsAVariantByReferenceWithTheScreen) {
     peer.Answers("READ:BUFFER:PCX? = #13xyz");
-    const Bytes image = {'x', 'y', 'z'};
-    com::Variant positional(com::ToVariant(std::string("before"))), named, mixed, array(com::ToVariant(Bytes{9}));
+    com::Variant positional(com::ToVariant(std::string("before"))), named, mixed, array,
+        inner(com::ToVariant(Bytes{9}));
+    VARIANT typed{}, nested{};
+    typed.vt = nested.vt = VT_BYREF | VT_ARRAY | VT_UI1;
+    typed.pparray = &array.parray;
+    nested.pparray = &inner.parray;
     EXPECT_EQ(script.Value(L"ScreenShot", {Number(tarnTransfer), Reference(&positional)}).vt, VT_BOOL);
     EXPECT_EQ(script.result.boolVal, VARIANT_TRUE);
-    ASSERT_EQ(positional.vt, VT_ARRAY | VT_UI1);
-    EXPECT_EQ(com::BytesOf(positional), image);
     script.Value(L"ScreenShot", {}, {{L"bytBuffer", Reference(&named)}, {L"udtMode", Number(tarnTransfer)}});
-    EXPECT_EQ(com::BytesOf(named), image);
     script.Value(L"ScreenShot", {Number(tarnTransfer)}, {{L"bytBuffer", Reference(&mixed)}});
-    EXPECT_EQ(com::BytesOf(mixed), image);
-    VARIANT typed{};
-    typed.vt = VT_BYREF | VT_ARRAY | VT_UI1;
-    typed.pparray = &array.parray;
     script.Value(L"ScreenShot", {Number(tarnTransfer), typed});
-    EXPECT_EQ(com::BytesOf(array), image);
+    array.vt = VT_ARRAY | VT_UI1;
+    script.Value(L"ScreenShot", {Number(tarnTransfer), Reference(&nested)});
+    for (const VARIANT* filled : {&positional, &named, &mixed, &array, &inner}) {
+        ASSERT_EQ(filled->vt, VT_ARRAY | VT_UI1);
+        EXPECT_EQ(com::BytesOf(*filled), (Bytes{'x', 'y', 'z'}));
+    }
+    const com::Variant text(com::ToVariant(std::string("lost")));
+    for (const VARIANT& value : {VARIANT(array), VARIANT(text)}) {
+        EXPECT_EQ(script.Get(L"ScreenShot", {Number(tarnTransfer), value}), DISP_E_TYPEMISMATCH) << value.vt;
+    }
+    EXPECT_EQ(script.Get(L"ScreenShot", {Number(tarnTransfer), Reference(nullptr)}), E_POINTER);
 }
 
 TEST_F(Invoke, LeavesTheVariantAloneWithoutATransfer) {

@@ -136,7 +136,7 @@ TEST(Texts, NameNoTransport) {
         Select(setup.get(), {{"Remote Control", com::Utf8(given)}});
         std::ranges::replace(kept, L'\0', L'\xFFFD');  // an error's description cannot hold it
         EXPECT_TRUE(TakeFailure(setup->put_OnLine(VARIANT_TRUE)) ==
-                    (Failure{0x800A01AD, "", "Component can't create object: \"" + com::Utf8(kept) + '"'}))
+                    (Failure{0x800A01AD, "XTarn4x", "Component can't create object: \"" + com::Utf8(kept) + '"'}))
             << Shown(given);
     }
 }

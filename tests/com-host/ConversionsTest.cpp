@@ -55,13 +55,15 @@ TEST(Variants, BecomeValues) {
         {Raw(VT_EMPTY, [](auto&) {}), {}},
         {Raw(VT_BOOL, [](auto& v) { V_BOOL(&v) = VARIANT_TRUE; }), true},
         {Raw(VT_UI1, [](auto& v) { V_UI1(&v) = 200; }), 200},
-        {Raw(VT_I2, [](auto& v) { V_I2(&v) = -5; }), -5},
+        {Raw(VT_I2, [](auto& v) { V_I2(&v) = -5; }), std::int16_t{-5}},
         {Raw(VT_I4, [](auto& v) { V_I4(&v) = 70000; }), 70000},
         {Raw(VT_R4, [](auto& v) { V_R4(&v) = 0.5F; }), 0.5},
         {Raw(VT_R8, [](auto& v) { V_R8(&v) = 1e300; }), 1e300},
         {Raw(VT_CY, [](auto& v) { V_CY(&v).int64 = 125000; }), std::string("12.5")},
-        {Raw(VT_UI4, [](auto& v) { V_UI4(&v) = 4000000000U; }), std::string("4000000000")},
-        {Raw(VT_I2 | VT_BYREF, [&](auto& v) { V_I2REF(&v) = &two; }), -2},
+        {Raw(VT_UI4, [](auto& v) { V_UI4(&v) = 4000000000U; }), 4e9},
+        {Raw(VT_I8, [](auto& v) { V_I8(&v) = -7; }), -7},
+        {Raw(VT_UI8, [](auto& v) { V_UI8(&v) = 5025; }), 5025},
+        {Raw(VT_I2 | VT_BYREF, [&](auto& v) { V_I2REF(&v) = &two; }), std::int16_t{-2}},
         {Raw(VT_VARIANT | VT_BYREF, [&](auto& v) { V_VARIANTREF(&v) = &inner; }), 7},
         {Raw(VT_DISPATCH, [&](auto& v) { V_DISPATCH(&v) = &meter; }), 42.5},
         {Raw(VT_UNKNOWN, [&](auto& v) { V_UNKNOWN(&v) = static_cast<IDispatch*>(&meter); }), 42.5},
@@ -77,9 +79,11 @@ TEST(Variants, ThatAreNoValuesAreRefused) {
     const auto null = Raw(VT_NULL, [](auto&) {}), nothing = Raw(VT_DISPATCH, [](auto&v) { V_DISPATCH(&v) = nullptr; }),
                object = Raw(VT_DISPATCH, [&](auto&v) { V_DISPATCH(&v) = &plain; });
     for (const VARIANT& variant : {null, VARIANT(bytes), com::MissingArgument(), object}) {
-        EXPECT_EQ(Raised([&] { FromVariant(variant); }), "13||Type mismatch") << V_VT(&variant);
+        EXPECT_EQ(Raised([&] { FromVariant(variant); }), "13|test-com-host|Type mismatch") << V_VT(&variant);
     }
-    EXPECT_EQ(Raised([&] { FromVariant(nothing); }), "91||Object variable not set");
+    EXPECT_EQ(Raised([&] { FromVariant(nothing); }), "91|test-com-host|Object variable not set");
+    EXPECT_EQ(Raised([&] { FromVariant(Raw(VT_VARIANT | VT_BYREF, [](auto& v) { V_VARIANTREF(&v) = nullptr; })); }),
+              std::to_string(E_POINTER) + "|test-com-host|Invalid pointer");
 }
 
 TEST(Variants, TellWhetherAnArgumentWasGiven) {
@@ -93,7 +97,7 @@ TEST(Variants, TellWhetherAnArgumentWasGiven) {
     EXPECT_EQ(com::OptionalText(missing), std::nullopt);
     EXPECT_EQ(com::OptionalText(Arg(Value(12))), "12");
     EXPECT_EQ(com::OptionalNumber(Arg("12")), 12);
-    EXPECT_EQ(Raised([] { com::OptionalNumber(Arg("x")); }), "13||Type mismatch");
+    EXPECT_EQ(Raised([] { com::OptionalNumber(Arg("x")); }), "13|test-com-host|Type mismatch");
 }
 
 TEST(Variants, AreAssignedInTheTypeOfTheVariable) {
@@ -105,8 +109,8 @@ TEST(Variants, AreAssignedInTheTypeOfTheVariable) {
     auto reference = Raw(VT_I2 | VT_BYREF, [&](auto& v) { V_I2REF(&v) = &number; });
     com::Assign(reference, Value(std::string("31")));
     EXPECT_EQ(number, 31);
-    EXPECT_EQ(Raised([&] { com::Assign(reference, Value(40000)); }), "6||Overflow");
-    EXPECT_EQ(Raised([&] { com::Assign(reference, Value(std::string("---"))); }), "13||Type mismatch");
+    EXPECT_EQ(Raised([&] { com::Assign(reference, Value(40000)); }), "6|test-com-host|Overflow");
+    EXPECT_EQ(Raised([&] { com::Assign(reference, Value(std::string("---"))); }), "13|test-com-host|Type mismatch");
     EXPECT_EQ(number, 31);
 
     BSTR name = com::ToBstr(std::string_view("old"));
@@ -134,6 +138,6 @@ TEST(ByteArrays, AreMadeOfAScriptsArray) {
     put(6, std::string("255"));
     EXPECT_EQ(com::BytesOf(array), (std::vector<std::uint8_t>{9, 255}));
     put(6, 256);
-    EXPECT_EQ(Raised([&] { com::BytesOf(array); }), "6||Overflow");
-    EXPECT_EQ(Raised([] { com::BytesOf(Arg("text")); }), "13||Type mismatch");
+    EXPECT_EQ(Raised([&] { com::BytesOf(array); }), "6|test-com-host|Overflow");
+    EXPECT_EQ(Raised([] { com::BytesOf(Arg("text")); }), "13|test-com-host|Type mismatch");
 }

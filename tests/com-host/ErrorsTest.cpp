@@ -54,13 +54,13 @@ TEST(Border, ForgetsAnOlderError) {
     Fake<IDispatch> object;
     com::Border(IID_IDispatch, [] { throw AutomationError(2003, "old", "old"); });
     EXPECT_EQ(com::Border(IID_IDispatch, [] {}), S_OK);
-    EXPECT_EQ(Raised<IDispatch>(DISP_E_TYPEMISMATCH, &object), "13||Type mismatch");
+    EXPECT_EQ(Raised<IDispatch>(DISP_E_TYPEMISMATCH, &object), "13|test-com-host|Type mismatch");
 }
 
 TEST(Check, BelievesOnlyObjectsThatSupportErrorInformation) {
     Fake<IDispatch> silent(false);
     const HRESULT result = com::Border(IID_IDispatch, [] { throw AutomationError(6, "another", "another"); });
-    EXPECT_EQ(Raised<IDispatch>(result, &silent), "6||Overflow");
+    EXPECT_EQ(Raised<IDispatch>(result, &silent), "6|test-com-host|Overflow");
     EXPECT_EQ(Raised([] { com::Check(S_FALSE); }), "nothing");
-    EXPECT_THROW(com::Check(E_OUTOFMEMORY), std::bad_alloc);
+    EXPECT_THROW(com::Check(E_OUTOFMEMORY), AutomationError) << "a component's lack of memory is its own";
 }

@@ -137,7 +137,7 @@ TEST_F(Host, PassesTheCreationErrorOfADriver) {
     const RegisteredClass drives(DriverId, L"Fakes.clsFake", nullptr, false);
     EXPECT_EQ(Raised([&] { Call(host.get(), L"CreateDriver", {Text("Fakes")}); }), "380|source|text");
     EXPECT_EQ(Raised([&] { Call(host.get(), L"CreateDriver", {Text("None")}); }),
-              "429||Component can't create object: \"None.clsRegister\"");
+              "429|Seamlib|Component can't create object: \"None.clsRegister\"");
 }
 
 TEST_F(Host, ReachesADriversSetup) {

@@ -6,7 +6,7 @@ using platform::Value;
 
 namespace {
 
-/// Notes what arrives and answers every query with "---".
+/// Notes what arrives and leaves the answer to a query as it is.
 class FakeLink : public Fake<ITextLink> {
   public:
     STDMETHODIMP get_Timeout(float* seconds) override { return Give(seconds, 5.0F); }
@@ -16,9 +16,8 @@ class FakeLink : public Fake<ITextLink> {
         });
     }
     STDMETHODIMP SendReceive(BSTR command, VARIANT* response) override {
-        Seen = com::Utf8(command) + (com::ParameterNotFound(*response) ? " without" : " with") + " response";
-        if (!com::ParameterNotFound(*response)) *response = com::ToVariant(Text("---"));
-        return S_OK;
+        const bool without = com::ParameterNotFound(*response);
+        return Give(&Seen, com::Utf8(command) + (without ? " without response" : " into " + com::TextOf(*response)));
     }
     STDMETHODIMP WriteString(BSTR command) override { return Give(&Seen, com::Utf8(command)); }
     STDMETHODIMP ReadString(VARIANT command, BSTR* answer) override {
@@ -34,9 +33,9 @@ TEST(TransportProxy, PassesOptionalArguments) {
     FakeLink link;
     {
         com::TransportProxy proxy{ComPtr<ITextLink>(&link)};
-        std::string answer;
+        std::string answer = "---";
         proxy.SendReceive("RF?", &answer);
-        EXPECT_EQ(link.Seen, "RF? with response");
+        EXPECT_EQ(link.Seen, "RF? into ---");
         EXPECT_EQ(answer, "---");
         proxy.SendReceive("*CLS", nullptr);
         EXPECT_EQ(link.Seen, "*CLS without response");
@@ -54,7 +53,7 @@ TEST(TransportProxy, PassesOptionalArguments) {
 TEST(Framework, CreatesTransportsByProgId) {
     const auto framework = com::ComFramework();
     EXPECT_EQ(Raised([&] { framework->CreateTransport("Conduit.clsNone"); }),
-              "429||Component can't create object: \"Conduit.clsNone\"");
+              "429|test-com-host|Component can't create object: \"Conduit.clsNone\"");
     for (const auto& [progId, subtree] : {std::pair{"Conduit.clsGPIB", "GPIB"},
                                           {"Conduit.clsComm", "RS232"},
                                           {"Conduit.clsEthernet", "TCP/IP"},
@@ -72,4 +71,8 @@ TEST(Transport, NeedsAConnection) {
     com::Variant response = Arg("kept");
     EXPECT_LT(link->SendReceive(com::Bstr("RF?").get(), &response), S_OK);
     EXPECT_EQ(com::TextOf(response), "kept");
+    EXPECT_EQ(Raised([&] {
+                  Call(link.get(), L"SendReceive", {Text("RF?"), Text("lost")});
+              }),
+              "13|test-com-host|Type mismatch");
 }

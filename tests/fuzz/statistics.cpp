@@ -2,8 +2,8 @@
 #include <array>
 #include <cmath>
 
-#include "host/Framework.h"
 #include "driver/members/clsStatistics.h"
+#include "host/Framework.h"
 #include "tests/fuzz/Fuzz.h"
 
 namespace {
