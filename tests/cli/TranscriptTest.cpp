@@ -21,6 +21,8 @@ struct Command {
 struct Block {
     std::string Where;
     std::vector<Command> Commands;
+
+    friend void PrintTo(const Block& block, std::ostream* out) { *out << block.Where; }
 };
 
 std::vector<Block> ReadBlocks() {
