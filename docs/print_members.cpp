@@ -42,9 +42,9 @@ Documentation DocumentationOf(Info* info, LONG member) {
 /// Name of a type as a script or Basic programmer knows it.
 std::string TypeName(ITypeInfo* info, const TYPEDESC& type) {
     static const std::map<VARTYPE, const char*> names = {
-        {VT_I2, "Integer"},  {VT_I4, "Long"},   {VT_R8, "Double"},       {VT_BOOL, "Boolean"},
-        {VT_BSTR, "String"}, {VT_DATE, "Date"}, {VT_VARIANT, "Variant"}, {VT_UI1, "Byte"},
-        {VT_VOID, ""},       {VT_HRESULT, ""},  {VT_DISPATCH, "Object"}};
+        {VT_I2, "Integer"},   {VT_I4, "Long"},     {VT_R4, "Single"}, {VT_R8, "Double"},
+        {VT_BOOL, "Boolean"}, {VT_BSTR, "String"}, {VT_DATE, "Date"}, {VT_VARIANT, "Variant"},
+        {VT_UI1, "Byte"},     {VT_VOID, ""},       {VT_HRESULT, ""},  {VT_DISPATCH, "Object"}};
     if (type.vt == VT_PTR) return TypeName(info, *type.lptdesc);
     if (type.vt == VT_SAFEARRAY) return TypeName(info, *type.lptdesc) + " array";
     if (type.vt == VT_USERDEFINED) {

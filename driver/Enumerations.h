@@ -7,7 +7,7 @@
 namespace tarn4x {
 
 #define ENUMERATION(name, help) enum name : std::int32_t {
-#define VALUE(name, value, help) name = value,
+#define VALUE(name, value, help) name = (value),
 #define END(name) \
     }             \
     ;

@@ -24,7 +24,7 @@ class AllowedModes {
     constexpr AllowedModes() = default;
     template <class... Modes>
     constexpr AllowedModes(int comparisons, std::string_view names, Modes... modes)
-        : Comparisons(comparisons), Names(names), set((0U | ... | (1U << static_cast<unsigned>(modes)))) {}
+        : Comparisons(comparisons), Names(names), set((... | (1U << static_cast<unsigned>(modes)))) {}
 
     constexpr bool Restricted() const { return set != 0; }
     constexpr bool Contain(TarnMeasureModes mode) const { return mode >= 0 && (set >> mode & 1U) != 0; }

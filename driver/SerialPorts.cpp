@@ -1,6 +1,6 @@
 #include "driver/SerialPorts.h"
 
-#include <mutex>
+#include "driver/Failure.h"
 
 namespace tarn4x {
 
@@ -19,14 +19,17 @@ void ConnectQuietly(platform::ErrorService& errors, platform::Transport& transpo
     errors.SetErrorReporting(reporting);
 }
 
+/// The error that ends the creation of a driver then speaks of an index.
+void TellWhatHelps(platform::MessageLog& log) {
+    constexpr std::int16_t failure = 1;
+    log.Log(failure, "TARN", "No serial port can be opened, COM1 to COM16: the driver cannot be created without one",
+            "What helps, even if the receiver is reached another way: plug in a USB serial adapter, switch the port of "
+            "the board on, install a virtual serial port, or close the program that holds the port open");
+}
+
 }  // namespace
 
 std::string ListSerialPorts(platform::Framework& framework, platform::Transport& objComm) {
-    // A port opens for one at a time: drivers that are created in several threads would hide the ports from each other.
-    // Whoever waits goes on handling calls, which the one that looks may depend on.
-    static std::recursive_mutex looking;
-    std::unique_lock turn(looking, std::try_to_lock);
-    while (!turn.owns_lock() && !turn.try_lock()) framework.TheApplication().Delay(0.01F);
     std::string list;
     const auto port = objComm.Settings()->Item("Comm Port");
     for (int n = 1; n <= LastPort; ++n) {
@@ -40,6 +43,7 @@ std::string ListSerialPorts(platform::Framework& framework, platform::Transport&
         if (!list.empty()) list += ',';
         list += entry;
     }
+    if (list.empty()) IgnoringErrors([&] { TellWhatHelps(framework.TheMessageLog()); });
     return list;
 }
 

@@ -119,7 +119,7 @@ Function CreateDriver()
     If CreateDriver Then
         Passed "The driver can be created"
     ElseIf Err.Number = 380 Then
-        Failed "The driver cannot be created: this PC has no free serial port, COM1 to COM255.", _
+        Failed "The driver cannot be created: this PC has no free serial port, COM1 to COM16.", _
             "The driver lists the serial ports when it is created and needs at least one, even if the receiver is " & _
             "reached over TCP/IP. Plug in a USB serial adapter, switch the on-board port on in the BIOS, or install " & _
             "a virtual serial port; close the programs that hold a port open."
@@ -155,11 +155,13 @@ Sub CheckConnection()
     setup.OnLine = True
     isOnLine = setup.OnLine
     If isOnLine Then who = driver.Manufacturer & " " & driver.ModelNumber & ", serial number " & driver.SerialNumber
-    If isOnLine And Err.Number = 0 Then
+    If Err.Number <> 0 Then
+        Failed "The receiver at " & address & " is no Tarn 4x: " & Err.Description, "Is the address right?"
+    ElseIf isOnLine Then
         Passed "The receiver at " & address & " answers: " & who
         setup.OnLine = False
     Else
-        Failed "The receiver at " & address & " does not answer: " & LastLogText(), _
+        Failed "The receiver at " & address & " does not answer: " & setup.WhyOffLine, _
             "Is it switched on and on the network? Does ""ping"" reach it? Is the port right, and open in the " & _
             "firewall? Is another program connected to it?"
     End If
@@ -190,16 +192,6 @@ Function FileVersion(file)
     FileVersion = "unknown"
     On Error Resume Next
     FileVersion = files.GetFileVersion(file)
-End Function
-
-' An entry of the log has a kind, a source, a text and data, separated by tabs.
-Function LastLogText()
-    Dim log, parts
-    LastLogText = "no reason is known"
-    On Error Resume Next
-    Set log = CreateObject("Seamlib.clsMessageLog")
-    parts = Split(log.Entry(log.Count), vbTab)
-    LastLogText = parts(2)
 End Function
 
 Sub Passed(text)

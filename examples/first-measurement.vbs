@@ -28,8 +28,7 @@ settings("TCP/IP.Host").Value = Argument("host", "127.0.0.1")
 settings("TCP/IP.Port").Value = Argument("port", "5025")
 setup.OnLine = True
 If Not setup.OnLine Then
-    WScript.Echo "The receiver does not answer. Is its address right, and is it switched on? The log says:"
-    PrintLog
+    WScript.Echo "The receiver does not answer: " & setup.WhyOffLine
     WScript.Quit 1
 End If
 
@@ -100,14 +99,6 @@ Sub Measured(name, value, unit)
     If driver.Prefix <> "" Then remark = Left(unit & Space(8), 8) & "prefix " & driver.Prefix & " "
     If driver.Postfix <> "" Then remark = Left(remark & Space(8), 8) & "postfix " & driver.Postfix
     PrintLine name, value, remark
-End Sub
-
-Sub PrintLog()
-    Dim log, i
-    Set log = CreateObject("Seamlib.clsMessageLog")
-    For i = 1 To log.Count
-        WScript.Echo "  " & log.Entry(i)
-    Next
 End Sub
 
 Function Argument(name, default)

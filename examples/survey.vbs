@@ -26,7 +26,7 @@ settings("TCP/IP.Host").Value = Argument("host", "127.0.0.1")
 settings("TCP/IP.Port").Value = Argument("port", "5025")
 setup.OnLine = True
 If Not setup.OnLine Then
-    WScript.Echo "The receiver does not answer. Is its address right, and is it switched on?"
+    WScript.Echo "The receiver does not answer: " & setup.WhyOffLine
     WScript.Quit 1
 End If
 

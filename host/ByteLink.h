@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "host/Patience.h"
@@ -16,6 +17,16 @@ struct LinkFailure {
     std::string Text;
 };
 
+/// "Writing failed: " and the system's own words for the error.
+inline LinkFailure SystemFailure(platform::TransportError code, const std::string& doing, int error) {
+    return {code, doing + " failed: " + std::system_category().message(error)};
+}
+
+/// What a link throws when it cannot be opened: why, in a few plain words.
+struct OpeningFailure {
+    std::string Reason;
+};
+
 /// Bytes to and from one peer. Everything about commands and answers is InstrumentTransport's.
 class ByteLink {
   public:
@@ -26,7 +37,7 @@ class ByteLink {
     ByteLink& operator=(const ByteLink&) = delete;
     virtual ~ByteLink() = default;
 
-    /// Opens the closed link with the present settings. Throws LinkFailure or Aborted.
+    /// Opens the closed link with the present settings, in one attempt. Throws OpeningFailure or Aborted.
     virtual void Open(Patience& patience) = 0;
     virtual void Close() noexcept = 0;
     virtual bool IsOpen() const = 0;

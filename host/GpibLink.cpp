@@ -24,14 +24,14 @@ void GpibLink::Open(Patience& patience) {
     runtime_ = visa::Load();
     try {
         auto status = runtime_.OpenDefaultRM(&manager_);
-        if (status >= 0) status = runtime_.Open(manager_, Address().c_str(), 0, 0, &instrument_);
+        const auto resource = Address() + "::INSTR";
+        if (status >= 0) status = runtime_.Open(manager_, resource.c_str(), 0, 0, &instrument_);
         if (status >= 0) {
             limit_ = {};
             status = Clear(patience.AtMost(OpeningLimit));
         }
-        if (status < 0) {
-            throw LinkFailure{platform::LinkLost, "No connection to " + Address() + ": " + Describe(status)};
-        }
+        if (status == visa::TimedOut) throw OpeningFailure{"no reply in time"};
+        if (status < 0) throw OpeningFailure{Describe(status)};
     } catch (...) {
         Close();
         throw;
@@ -48,7 +48,7 @@ void GpibLink::Close() noexcept {
 std::string GpibLink::Address() const {
     const auto secondary = SettingText(*settings_, "Secondary Address");
     return "GPIB" + SettingText(*settings_, "Board") + "::" + SettingText(*settings_, "Primary Address") +
-           (secondary.empty() ? "" : "::" + secondary) + "::INSTR";
+           (secondary.empty() ? "" : "::" + secondary);
 }
 
 // What a time-out leaves of a command goes with the next call: END comes with the command's last byte only.
@@ -76,11 +76,7 @@ std::size_t GpibLink::Read(std::span<std::uint8_t> bytes, Milliseconds time) {
 
 void GpibLink::Resynchronise(Patience& patience) {
     if (!IsOpen()) return;
-    const auto status = Clear(patience);
-    if (status == visa::TimedOut) {
-        throw LinkFailure{platform::InstrumentNotReady, "The instrument does not take a device clear"};
-    }
-    if (status < 0) Close();  // opening it again clears the device, or tells why not
+    if (Clear(patience) < 0) Close();  // opening it again clears the device, or tells why not
 }
 
 visa::Status GpibLink::Clear(Patience patience) {

@@ -19,7 +19,7 @@ class GpibLink final : public ByteLink {
     void Open(Patience& patience) override;
     void Close() noexcept override;
     bool IsOpen() const override { return instrument_ != None; }
-    /// As VISA names it: "GPIB0::6::INSTR".
+    /// "GPIB0::6"; VISA puts "::INSTR" behind it.
     std::string Address() const override;
 
     std::size_t Write(std::span<const std::uint8_t> bytes, Milliseconds time) override;

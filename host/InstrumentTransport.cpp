@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "host/Escape.h"
 #include "host/MessageLog.h"
@@ -15,6 +16,12 @@ using platform::AutomationError;
 
 /// Longest wait for the line end of a block when the next command is at hand; a character takes 9 ms at 1200 baud.
 constexpr double LineEndSeconds = 0.1;
+
+constexpr Patience::Milliseconds ReopeningPause{50};
+
+/// Losses of the link in succession on one command that are worth another attempt. With a second between them they take
+/// about as long as a time-out; drivers try eleven times.
+constexpr int LossLimit = 5;
 
 std::string Quoted(std::string_view bytes) {
     constexpr std::size_t shown = 200;
@@ -69,13 +76,13 @@ std::string ToLatin1(std::string_view utf8, const std::string& source) {
 
 class Flag {
   public:
-    explicit Flag(bool& flag) : flag_(flag) { flag_ = true; }
+    explicit Flag(std::atomic<bool>& flag) : flag_(flag) {}
     ~Flag() { flag_ = false; }
     Flag(const Flag&) = delete;
     Flag& operator=(const Flag&) = delete;
 
   private:
-    bool& flag_;
+    std::atomic<bool>& flag_;
 };
 
 }  // namespace
@@ -152,31 +159,41 @@ void InstrumentTransport::WriteBlock(std::int16_t count, std::span<const std::ui
 
 void InstrumentTransport::Connect(bool connect) {
     auto opening = Begin("a connection");
-    opening.Time = Patience(Patience::Longest, services_.AbortRequested);  // links limit their opening themselves
+    opening.Time = Patience(Patience::Longest, services_);  // links limit their opening themselves
     Run(std::move(opening), [&](Operation& operation) {
         connected_ = outOfStep_ = blockWasLast_ = lineEndIsOwed_ = false;
         received_.clear();
+        losses_ = 0;
         link_->Close();
         if (!connect) return;
-        link_->Open(operation.Time);
+        try {
+            link_->Open(operation.Time);
+        } catch (const OpeningFailure& failure) {
+            throw NoConnection(failure.Reason);
+        }
         connected_ = true;
     });
 }
 
 InstrumentTransport::Operation InstrumentTransport::Begin(std::string_view expected) const {
-    return {expected, Patience(timeout_, services_.AbortRequested)};
+    return {expected, Patience(timeout_, services_)};
+}
+
+LinkFailure InstrumentTransport::NoConnection(const std::string& reason) const {
+    return {platform::NoConnection, "No connection to " + link_->Address() + ": " + reason};
 }
 
 // The only place where links' failures and the user's stop leave an operation.
 template <class Body>
 void InstrumentTransport::Run(Operation operation, Body body) {
-    if (running_) {
-        throw AutomationError(platform::ObjectError(platform::InstrumentNotReady), source_,
-                              "The transport is still busy with another call");
+    if (running_.exchange(true)) {
+        const auto busy = NoConnection("another call is using it");
+        Refuse(busy.Code, busy.Text);
     }
     const Flag running(running_);
     try {
         body(operation);
+        if (operation.Sent == lostOn_) losses_ = 0;
     } catch (const Aborted&) {
         outOfStep_ = true;
     } catch (const LinkFailure& failure) {
@@ -200,7 +217,7 @@ void InstrumentTransport::Repeat(Operation& operation, const LinkFailure& timedO
 }
 
 void InstrumentTransport::Send(Operation& operation, std::string bytes) {
-    if (!connected_) throw LinkFailure{platform::LinkLost, "There is no connection"};
+    if (!connected_) throw NoConnection("it has not been opened");
     BringIntoStep(operation);
     operation.Sent = std::move(bytes);
     std::span<const std::uint8_t> rest(reinterpret_cast<const std::uint8_t*>(operation.Sent.data()),
@@ -222,12 +239,24 @@ void InstrumentTransport::BringIntoStep(Operation& operation) {
     }
     received_.clear();
     if (!link_->IsOpen()) {
-        link_->Open(operation.Time);
+        Reopen(operation);
         blockWasLast_ = lineEndIsOwed_ = false;
         Note("The link was opened again", link_->Address());
     }
     lineEndIsOwed_ = lineEndIsOwed_ || blockWasLast_;
     outOfStep_ = blockWasLast_ = false;
+}
+
+void InstrumentTransport::Reopen(Operation& operation) {
+    while (!link_->IsOpen()) {
+        try {
+            link_->Open(operation.Time);
+        } catch (const OpeningFailure& failure) {
+            if (operation.Time.Over()) throw NoConnection(failure.Reason);
+            operation.Time.Pause(ReopeningPause);
+        }
+    }
+    operation.Time.Renew(timeout_);
 }
 
 void InstrumentTransport::DiscardStaleBytes(Operation& operation) {
@@ -278,9 +307,9 @@ void InstrumentTransport::AwaitBytes(Operation& operation, std::size_t count) {
 }
 
 void InstrumentTransport::RefuseReadOutOfStep() const {
-    if (!connected_) throw LinkFailure{platform::LinkLost, "There is no connection"};
+    if (!connected_) throw NoConnection("it has not been opened");
     if (outOfStep_ || !link_->IsOpen()) {
-        throw LinkFailure{platform::LinkLost, "The answer was given up, send the query again"};
+        throw LinkFailure{platform::ReadFailed, "The answer was given up, send the query again"};
     }
 }
 
@@ -311,7 +340,14 @@ bool InstrumentTransport::DropLineEnd() {
     return false;
 }
 
-void InstrumentTransport::Raise(const Operation& operation, const LinkFailure& failure) {
+void InstrumentTransport::Raise(const Operation& operation, LinkFailure failure) {
+    if (failure.Code == platform::LinkLost) {
+        lostOn_ = operation.Sent;
+        if (++losses_ > LossLimit) {
+            failure = NoConnection("lost " + std::to_string(std::exchange(losses_, 0)) +
+                                   " times in succession, last: " + failure.Text);
+        }
+    }
     char waited[32];
     std::snprintf(waited, sizeof waited, "%.3f", operation.Time.Waited());
     Note(failure.Text, link_->Address() + ": sent " + (operation.Sent.empty() ? "nothing" : Quoted(operation.Sent)) +

@@ -1,14 +1,18 @@
 #pragma once
 
+#include <atomic>
+
 #include "host/ByteLink.h"
 #include "host/Transports.h"
 
 namespace host {
 
 /// The dialogue with an instrument over any link: commands end in LF, answers in LF or CRLF, text is Latin-1 on the
-/// wire. One deadline holds for a whole operation. When the user asks to stop, the operation ends quietly with an empty
-/// answer. After a failure or a stop the link is brought back into step before the next command, so that a late answer
-/// is never taken for the answer to another query.
+/// wire. One deadline holds for a whole operation. A link that was lost is opened again by the next operation, which
+/// tries that for as long as the time-out is and then has its own time: a shorter outage is bridged, a longer one ends
+/// in NoConnection. So does a command on which the link is lost again and again. When the user asks to stop, the
+/// operation ends quietly with an empty answer. After a failure or a stop the link is brought back into step before the
+/// next command, so that a late answer is never taken for the answer to another query.
 class InstrumentTransport : public platform::Transport {
   public:
     /// Bytes of the longest answer.
@@ -52,11 +56,13 @@ class InstrumentTransport : public platform::Transport {
     template <class Body>
     void Run(Operation operation, Body body);
     Operation Begin(std::string_view expected) const;
+    LinkFailure NoConnection(const std::string& reason) const;
     template <class Done, class Step>
     static void Repeat(Operation& operation, const LinkFailure& timedOut, Done done, Step step);
 
     void Send(Operation& operation, std::string bytes);
     void BringIntoStep(Operation& operation);
+    void Reopen(Operation& operation);
     void DiscardStaleBytes(Operation& operation);
     std::string ReadLine(Operation& operation);
     void AwaitBytes(Operation& operation, std::size_t count);
@@ -65,7 +71,7 @@ class InstrumentTransport : public platform::Transport {
     bool SettleLineEnd();
     bool DropLineEnd();
 
-    [[noreturn]] void Raise(const Operation& operation, const LinkFailure& failure);
+    [[noreturn]] void Raise(const Operation& operation, LinkFailure failure);
     void Note(std::string_view text, std::string_view data) const;
 
     std::string source_;
@@ -75,11 +81,13 @@ class InstrumentTransport : public platform::Transport {
     std::string name_;
     float timeout_ = 5.0F;
     bool connected_ = false;
-    bool running_ = false;
+    std::atomic<bool> running_ = false;
     bool outOfStep_ = false;      ///< bytes of an abandoned answer may still arrive
     bool blockWasLast_ = false;   ///< the line end of a block may still be to come
     bool lineEndIsOwed_ = false;  ///< as above, and a command has been sent since
     std::string received_;        ///< bytes of the present answer that nobody has asked for yet
+    int losses_ = 0;              ///< of the link, since the command that it was lost on last went through
+    std::string lostOn_;          ///< that command
 };
 
 }  // namespace host

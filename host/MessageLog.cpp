@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "host/Escape.h"
+#include "host/FailureWatch.h"
 
 namespace host {
 
@@ -53,6 +54,7 @@ std::string Text(std::optional<Clock::duration> duration) {
 }  // namespace
 
 void MessageLog::Log(std::int16_t kind, std::string_view source, std::string_view text, std::string_view data) {
+    if (kind == FailureEntry && !FailureWatch::Show(text, data)) return;
     const auto duration = Duration(kind);
     std::string entry = std::to_string(kind);
     for (const auto field : {source, text, data}) (entry += '\t') += field;

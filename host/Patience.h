@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
+#include <thread>
+
+#include "host/Transports.h"
 
 namespace host {
 
@@ -15,17 +17,18 @@ class Patience {
     using Clock = std::chrono::steady_clock;
     using Milliseconds = std::chrono::milliseconds;
 
-    Patience(double seconds, std::function<bool()> abortRequested)
-        : end_(start_ +
-               std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(std::min(seconds, Longest)))),
-          abortRequested_(std::move(abortRequested)) {}
+    /// The services must outlive it.
+    Patience(double seconds, const TransportServices& services) : end_(start_ + Time(seconds)), services_(&services) {}
 
     /// For a step of the operation with a limit of its own.
     Patience AtMost(double seconds) const {
-        Patience step(seconds, abortRequested_);
+        Patience step(seconds, *services_);
         step.end_ = std::min(step.end_, end_);
         return step;
     }
+
+    /// Begins the time anew.
+    void Renew(double seconds) { end_ = Clock::now() + Time(seconds); }
 
     /// How long the next single wait may last: at most 50 ms, 0 when the time is over. Throws Aborted when the user
     /// has asked to stop; an answer that is there within the first 50 ms is still taken.
@@ -33,9 +36,16 @@ class Patience {
         const auto now = Clock::now();
         if (now >= nextQuestion_) {
             nextQuestion_ = now + QuestionInterval;
-            if (abortRequested_ && abortRequested_()) throw Aborted{};
+            if (services_->AbortRequested && services_->AbortRequested()) throw Aborted{};
         }
         return std::chrono::ceil<Milliseconds>(std::max(std::min(end_, nextQuestion_) - now, Clock::duration::zero()));
+    }
+
+    /// Waits for nothing in particular, at most that long. Throws Aborted as Slice does.
+    void Pause(Milliseconds most) {
+        const auto time = std::min(Slice(), most);
+        if (services_->Wait) return services_->Wait(time);
+        std::this_thread::sleep_for(time);
     }
 
     bool Over() const { return Clock::now() >= end_; }
@@ -47,10 +57,14 @@ class Patience {
   private:
     static constexpr Milliseconds QuestionInterval{50};
 
+    static Clock::duration Time(double seconds) {
+        return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(std::min(seconds, Longest)));
+    }
+
     Clock::time_point start_ = Clock::now();
     Clock::time_point end_;
     Clock::time_point nextQuestion_ = start_ + QuestionInterval;
-    std::function<bool()> abortRequested_;
+    const TransportServices* services_;
 };
 
 }  // namespace host

@@ -1,6 +1,8 @@
 #include "host/SerialLink.h"
 
 #include <array>
+#include <map>
+#include <mutex>
 
 #include "host/LinkSettings.h"
 
@@ -11,16 +13,25 @@ namespace {
 /// Silence after which a line counts as quiet; the longest gap within an answer is some characters of 9 ms.
 constexpr std::chrono::milliseconds Quiet{200};
 
+/// Who only looks whether a line opens keeps it no longer than that many seconds: held longer, it is in use.
+constexpr double LongestLook = 2.0;
+constexpr Patience::Milliseconds TurnPause{10};
+
+/// The lines that links of this process have open, each with the time at which it was opened. Never destroyed: a client
+/// may let go of its last link while the process ends.
+std::mutex turnMutex;
+auto& turns = *new std::map<std::string, Patience::Clock::time_point>;
+
 SerialSettings Read(platform::SettingsNode& settings) {
     SerialSettings read{};
     read.Port = SettingText(settings, "Comm Port");
     if (read.Port.starts_with("COM")) read.Port.erase(0, 3);
-    if (read.Port.empty()) throw LinkFailure{platform::LinkLost, "No serial port is chosen in \"Comm Port\""};
+    if (read.Port.empty()) throw OpeningFailure{"no serial port is chosen in \"Comm Port\""};
     read.BaudRate = SettingNumber(settings, "Baud Rate", 1, 4'000'000);
     read.DataBits = SettingNumber(settings, "Data Bits", 7, 8);
     const auto parity = SettingText(settings, "Parity");
     if (parity != "E" && parity != "N" && parity != "O") {
-        throw LinkFailure{platform::LinkLost, "The setting \"Parity\" is \"" + parity + "\", it must be E, N or O"};
+        throw OpeningFailure{"the setting \"Parity\" is \"" + parity + "\", it must be E, N or O"};
     }
     read.Parity = parity[0];
     read.StopBits = SettingNumber(settings, "Stop Bits", 1, 2);
@@ -31,10 +42,12 @@ SerialSettings Read(platform::SettingsNode& settings) {
 
 }  // namespace
 
-void SerialLink::Open(Patience&) {
+void SerialLink::Open(Patience& patience) {
     const auto settings = host::Read(*settings_);
-    OpenLine(settings);
+    const auto path = PathOf(settings.Port);
+    TakeTurn(path, patience);
     try {
+        OpenLine(path);
         Configure(settings);
     } catch (...) {
         Close();
@@ -42,9 +55,34 @@ void SerialLink::Open(Patience&) {
     }
 }
 
+void SerialLink::Close() noexcept {
+    if (IsOpen()) CloseLine();
+    line_ = None;
+    if (path_.empty()) return;
+    const std::lock_guard lock(turnMutex);
+    turns.erase(path_);
+    path_.clear();
+}
+
 std::string SerialLink::Address() const {
     const auto port = SettingText(*settings_, "Comm Port");
     return port.starts_with('/') || port.starts_with("COM") ? port : "COM" + port;
+}
+
+// Threads that look at the same time which lines there are must not hide the lines from each other.
+void SerialLink::TakeTurn(const std::string& path, const Patience& patience) {
+    for (auto turn = patience.AtMost(LongestLook);; turn.Pause(TurnPause)) {
+        const std::lock_guard lock(turnMutex);
+        const auto now = Patience::Clock::now();
+        const auto [holder, free] = turns.try_emplace(path, now);
+        if (free) {
+            path_ = path;
+            return;
+        }
+        if (turn.Over() || now - holder->second > std::chrono::duration<double>(LongestLook)) {
+            throw OpeningFailure{"port in use by this program"};
+        }
+    }
 }
 
 void SerialLink::Resynchronise(Patience& patience) {

@@ -15,18 +15,6 @@ namespace host {
 
 namespace {
 
-std::string ErrorText(int error) { return std::system_category().message(error); }
-
-std::string PathOf(const std::string& port) {
-    if (port.starts_with('/')) return port;
-    const int number = std::atoi(port.c_str());
-    if (number < 1 || number > 256) {
-        throw LinkFailure{platform::LinkLost, "There is no serial port \"" + port + '"'};
-    }
-    if (const char* folder = std::getenv("CONDUIT_PORTS")) return std::string(folder) + "/com" + std::to_string(number);
-    return "/dev/ttyS" + std::to_string(number - 1);
-}
-
 speed_t SpeedOf(int baudRate) {
     constexpr struct {
         int BaudRate;
@@ -36,7 +24,7 @@ speed_t SpeedOf(int baudRate) {
     for (const auto& speed : speeds) {
         if (speed.BaudRate == baudRate) return speed.Speed;
     }
-    throw LinkFailure{platform::LinkLost, "There is no baud rate of " + std::to_string(baudRate)};
+    throw OpeningFailure{"there is no baud rate of " + std::to_string(baudRate)};
 }
 
 int Descriptor(std::intptr_t line) { return static_cast<int>(line); }
@@ -49,32 +37,51 @@ bool Await(std::intptr_t line, short event, std::chrono::milliseconds time) {
     throw LinkFailure{platform::LinkLost, "The serial line was disconnected"};
 }
 
+/// Why a line cannot be had; the error of the last call.
+std::string Reason() {
+    switch (errno) {
+        case ENOENT:
+        case ENXIO:
+        case ENODEV:
+            return "no such port";
+        case EBUSY:
+        case EWOULDBLOCK:
+            return "port in use by another program";
+        case ENOTTY:
+            return "it is no serial line";
+    }
+    return std::system_category().message(errno);
+}
+
 LinkFailure Failure(platform::TransportError code, const char* doing) {
     const int error = errno;
-    return {error == EIO || error == ENXIO || error == ENODEV ? platform::LinkLost : code,
-            std::string(doing) + " failed: " + ErrorText(error)};
+    const bool gone = error == EIO || error == ENXIO || error == ENODEV;
+    return SystemFailure(gone ? platform::LinkLost : code, doing, error);
 }
 
 }  // namespace
 
-void SerialLink::OpenLine(const SerialSettings& settings) {
-    const auto path = PathOf(settings.Port);
+std::string SerialLink::PathOf(const std::string& port) {
+    if (port.starts_with('/')) return port;
+    const int number = std::atoi(port.c_str());
+    if (number < 1 || number > 256) throw OpeningFailure{"no such port"};
+    if (const char* folder = std::getenv("CONDUIT_PORTS")) return std::string(folder) + "/com" + std::to_string(number);
+    return "/dev/ttyS" + std::to_string(number - 1);
+}
+
+void SerialLink::OpenLine(const std::string& path) {
     line_ = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (!IsOpen()) throw LinkFailure{platform::LinkLost, path + " cannot be opened: " + ErrorText(errno)};
+    if (!IsOpen()) throw OpeningFailure{Reason()};
     // The lock keeps out programs that may ignore TIOCEXCL, such as those of root.
-    if (isatty(Descriptor(line_)) && flock(Descriptor(line_), LOCK_EX | LOCK_NB) == 0) {
-        ioctl(Descriptor(line_), TIOCEXCL);
-        return;
+    if (!isatty(Descriptor(line_)) || flock(Descriptor(line_), LOCK_EX | LOCK_NB) != 0) {
+        throw OpeningFailure{Reason()};
     }
-    const int error = errno;
-    Close();
-    throw LinkFailure{platform::LinkLost, error == EWOULDBLOCK ? path + " is in use by another program"
-                                                               : path + " is no serial line: " + ErrorText(error)};
+    ioctl(Descriptor(line_), TIOCEXCL);
 }
 
 void SerialLink::Configure(const SerialSettings& settings) {
     termios mode{};
-    if (tcgetattr(Descriptor(line_), &mode) != 0) throw Failure(platform::LinkLost, "Reading the line's settings");
+    if (tcgetattr(Descriptor(line_), &mode) != 0) throw OpeningFailure{Reason()};
     cfmakeraw(&mode);
     const speed_t speed = SpeedOf(settings.BaudRate);
     cfsetispeed(&mode, speed);
@@ -91,17 +98,15 @@ void SerialLink::Configure(const SerialSettings& settings) {
     set(mode.c_iflag, IXON | IXOFF, settings.Handshaking == SerialSettings::XonXoff);
     mode.c_cc[VMIN] = 1;  // reading nothing then means that the line has gone
     mode.c_cc[VTIME] = 0;
-    if (tcsetattr(Descriptor(line_), TCSANOW, &mode) != 0) throw Failure(platform::LinkLost, "Setting up the line");
+    if (tcsetattr(Descriptor(line_), TCSANOW, &mode) != 0) throw OpeningFailure{Reason()};
     tcflush(Descriptor(line_), TCIOFLUSH);
 }
 
-void SerialLink::Close() noexcept {
-    if (!IsOpen()) return;
+void SerialLink::CloseLine() noexcept {
     // A stopped peer must not hold up the closing with output that it never takes.
     tcflush(Descriptor(line_), TCIOFLUSH);
     ioctl(Descriptor(line_), TIOCNXCL);
     close(Descriptor(line_));
-    line_ = None;
 }
 
 std::size_t SerialLink::Write(std::span<const std::uint8_t> bytes, Milliseconds time) {

@@ -13,7 +13,21 @@ namespace {
 HANDLE Handle(std::intptr_t line) { return reinterpret_cast<HANDLE>(line); }
 
 LinkFailure Failure(platform::TransportError code, const std::string& doing) {
-    return {code, doing + " failed: " + std::system_category().message(static_cast<int>(GetLastError()))};
+    return SystemFailure(code, doing, static_cast<int>(GetLastError()));
+}
+
+/// Why a line cannot be had; the error of the last call.
+std::string Reason() {
+    const auto error = GetLastError();
+    switch (error) {
+        case ERROR_FILE_NOT_FOUND:
+        case ERROR_PATH_NOT_FOUND:
+            return "no such port";
+        case ERROR_ACCESS_DENIED:
+        case ERROR_SHARING_VIOLATION:
+            return "port in use by another program";
+    }
+    return std::system_category().message(static_cast<int>(error));
 }
 
 /// Lets a single ReadFile or WriteFile wait that long and no longer. Zero would mean for ever.
@@ -34,21 +48,18 @@ DWORD BytesWaiting(std::intptr_t line) {
 
 }  // namespace
 
-void SerialLink::OpenLine(const SerialSettings& settings) {
-    const auto path = R"(\\.\COM)" + settings.Port;
+std::string SerialLink::PathOf(const std::string& port) { return R"(\\.\COM)" + port; }
+
+void SerialLink::OpenLine(const std::string& path) {
     line_ = reinterpret_cast<std::intptr_t>(
         CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (IsOpen()) return;
-    if (GetLastError() == ERROR_ACCESS_DENIED || GetLastError() == ERROR_SHARING_VIOLATION) {
-        throw LinkFailure{platform::LinkLost, "COM" + settings.Port + " is in use by another program"};
-    }
-    throw Failure(platform::LinkLost, "Opening COM" + settings.Port);
+    if (!IsOpen()) throw OpeningFailure{Reason()};
 }
 
 void SerialLink::Configure(const SerialSettings& settings) {
     DCB mode{};
     mode.DCBlength = sizeof mode;
-    if (!GetCommState(Handle(line_), &mode)) throw Failure(platform::LinkLost, "Reading the line's settings");
+    if (!GetCommState(Handle(line_), &mode)) throw OpeningFailure{Reason()};
     const bool hardware = settings.Handshaking == SerialSettings::Hardware;
     const bool xonXoff = settings.Handshaking == SerialSettings::XonXoff;
     mode.BaudRate = static_cast<DWORD>(settings.BaudRate);
@@ -73,15 +84,13 @@ void SerialLink::Configure(const SerialSettings& settings) {
     mode.fNull = FALSE;
     mode.fAbortOnError = FALSE;
     SetupComm(Handle(line_), 4096, 4096);
-    if (!SetCommState(Handle(line_), &mode)) throw Failure(platform::LinkLost, "Setting up the line");
+    if (!SetCommState(Handle(line_), &mode)) throw OpeningFailure{Reason()};
     PurgeComm(Handle(line_), PURGE_RXCLEAR | PURGE_TXCLEAR);
 }
 
-void SerialLink::Close() noexcept {
-    if (!IsOpen()) return;
+void SerialLink::CloseLine() noexcept {
     PurgeComm(Handle(line_), PURGE_TXABORT | PURGE_TXCLEAR);
     CloseHandle(Handle(line_));
-    line_ = None;
 }
 
 std::size_t SerialLink::Write(std::span<const std::uint8_t> bytes, Milliseconds time) {

@@ -10,6 +10,8 @@ namespace {
 
 constexpr char Source[] = "Seamcfg.clsNode";
 
+bool SameText(std::string_view a, std::string_view b) { return a == b; }
+
 bool SameName(std::string_view a, std::string_view b) {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; };
     return std::ranges::equal(a, b, {}, lower, lower);
@@ -46,15 +48,18 @@ std::string ListText(const platform::Value& value) {
     return std::string(Trimmed(platform::ToText(value)));
 }
 
-/// The value as it is stored under a value list. Stored values go before display texts, so that what was read from
-/// one setting means the same when it is written to another with the same list.
+/// The value as it is stored under a value list, found in any letter case. Stored values go before display texts, so
+/// that what was read from one setting means the same when it is written to another with the same list.
 platform::Value Stored(std::string_view valueList, const platform::Value& value) {
     if (std::holds_alternative<std::monostate>(value)) return value;
     const auto text = ListText(value);
     const auto choices = Choices(valueList);
-    for (const auto column : {&Choice::Stored, &Choice::Display}) {
-        const auto choice = std::ranges::find(choices, text, column);
-        if (choice != choices.end()) return std::string(choice->Stored);
+    for (const auto same : {SameText, SameName}) {
+        for (const auto column : {&Choice::Stored, &Choice::Display}) {
+            const auto choice = std::ranges::find_if(
+                choices, [&](auto entry) { return same(entry, text); }, column);
+            if (choice != choices.end()) return std::string(choice->Stored);
+        }
     }
     return value;
 }

@@ -22,6 +22,7 @@ inline constexpr int SendFlags = MSG_NOSIGNAL;
 inline constexpr bool WaitIsCheap = true;
 
 inline void Start() {}
+inline constexpr int Refused = ECONNREFUSED, NoReply = ETIMEDOUT, NoHost = EHOSTUNREACH, NoNetwork = ENETUNREACH;
 inline int LastError() { return errno; }
 inline bool WouldBlock(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }
 inline bool ConnectGoesOn(int error) { return error == EINPROGRESS; }

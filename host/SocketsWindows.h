@@ -23,6 +23,8 @@ inline void Start() {
     }();
     static_cast<void>(started);
 }
+inline constexpr int Refused = WSAECONNREFUSED, NoReply = WSAETIMEDOUT, NoHost = WSAEHOSTUNREACH,
+                     NoNetwork = WSAENETUNREACH;
 inline int LastError() { return WSAGetLastError(); }
 inline bool WouldBlock(int error) { return error == WSAEWOULDBLOCK; }
 inline bool ConnectGoesOn(int error) { return error == WSAEWOULDBLOCK; }

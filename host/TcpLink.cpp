@@ -17,11 +17,22 @@ namespace {
 
 using sockets::Handle;
 
-std::string ErrorText(int error) { return std::system_category().message(error); }
+/// Why a connection does not come about.
+std::string Reason(int error) {
+    switch (error) {
+        case sockets::Refused:
+            return "connection refused";
+        case sockets::NoReply:
+            return "no reply in time";
+        case sockets::NoHost:
+        case sockets::NoNetwork:
+            return "no route";
+    }
+    return std::system_category().message(error);
+}
 
 LinkFailure Failure(int error, platform::TransportError code, const char* doing) {
-    if (sockets::PeerIsGone(error)) code = platform::LinkLost;
-    return {code, std::string(doing) + " failed: " + ErrorText(error)};
+    return SystemFailure(sockets::PeerIsGone(error) ? platform::LinkLost : code, doing, error);
 }
 
 /// Options that a freshly created socket needs; each command leaves as one segment at once.
@@ -34,7 +45,7 @@ void Prepare(Handle socket) {
 /// Waits until the begun connection stands; returns the error, 0 for none.
 int FinishConnecting(Handle socket, Patience& patience) {
     while (!sockets::WaitWritable(socket, patience.Slice())) {
-        if (patience.Over()) return static_cast<int>(std::errc::timed_out);
+        if (patience.Over()) return sockets::NoReply;
     }
     int error = 0;
     socklen_t size = sizeof error;
@@ -56,7 +67,7 @@ struct Addresses {
         if (getaddrinfo(host.c_str(), port.c_str(), &hints, &First) == 0) return;
         hints.ai_flags = 0;
         if (getaddrinfo(host.c_str(), port.c_str(), &hints, &First) == 0) return;
-        throw LinkFailure{platform::LinkLost, "There is no host of the name \"" + host + '"'};
+        throw OpeningFailure{"name unknown"};
     }
     ~Addresses() { freeaddrinfo(First); }
     Addresses(const Addresses&) = delete;
@@ -82,7 +93,7 @@ void TcpLink::Open(Patience& patience) {
         const Handle socket = ::socket(address->ai_family, address->ai_socktype, address->ai_protocol);
         socket_ = static_cast<std::intptr_t>(socket);
         if (!IsOpen()) {
-            reason = ErrorText(sockets::LastError());
+            reason = Reason(sockets::LastError());
             continue;
         }
         Prepare(socket);
@@ -101,9 +112,9 @@ void TcpLink::Open(Patience& patience) {
         }
         if (error == 0) return;
         Close();
-        reason = error == static_cast<int>(std::errc::timed_out) ? "no reply in time" : ErrorText(error);
+        reason = Reason(error);
     }
-    throw LinkFailure{platform::LinkLost, "No connection to " + Address() + ": " + reason};
+    throw OpeningFailure{reason};
 }
 
 void TcpLink::Close() noexcept {

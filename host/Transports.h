@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string_view>
@@ -15,6 +16,9 @@ struct TransportServices {
     std::function<bool()> AbortRequested = {};
     /// Takes one entry: kind, source, text, data.
     std::function<void(std::int16_t, std::string_view, std::string_view, std::string_view)> Log = {};
+    /// Waits at most that long; a program with windows or apartments handles their messages and calls. Left empty, the
+    /// thread sleeps.
+    std::function<void(std::chrono::milliseconds)> Wait = {};
     /// False: failures do not become log entries (someone is only trying which ports there are).
     std::function<bool()> ErrorReporting = {};
 };

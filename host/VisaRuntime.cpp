@@ -45,14 +45,13 @@ Runtime Load() {
                              "setting \"Remote Control\"";
     void* library = OpenLibrary(name.c_str());
     if (!library) {
-        throw LinkFailure{platform::LinkLost,
-                          "GPIB needs a VISA runtime, and " + name + " cannot be loaded: " + ErrorText() + cure};
+        throw OpeningFailure{"GPIB needs a VISA runtime, and " + name + " cannot be loaded: " + ErrorText() + cure};
     }
     Runtime runtime;
     const auto find = [&](auto& function, const char* functionName) {
         function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(Find(library, functionName));
         if (function) return;
-        throw LinkFailure{platform::LinkLost, name + " is no VISA runtime, it has no " + functionName + cure};
+        throw OpeningFailure{name + " is no VISA runtime, it has no " + functionName + cure};
     };
     find(runtime.OpenDefaultRM, "viOpenDefaultRM");
     find(runtime.Open, "viOpen");

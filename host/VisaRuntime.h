@@ -40,7 +40,7 @@ struct Runtime {
 
 /// Loads the runtime of this PC: visa64.dll or visa32.dll on Windows, libvisa.so elsewhere, or the library that the
 /// environment variable CONDUIT_VISA names. It stays loaded, because runtimes keep threads of their own. Throws
-/// LinkFailure with a text that says what to install.
+/// OpeningFailure, which says what to install.
 Runtime Load();
 
 }  // namespace host::visa

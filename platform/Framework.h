@@ -55,8 +55,8 @@ class Framework {
     virtual std::shared_ptr<SettingsNode> CreateNode() = 0;
     /// Creates a transport by its ProgID. Raises the creation error (429 or a result code) when it cannot be had.
     virtual std::shared_ptr<Transport> CreateTransport(std::string_view progId) = 0;
-    /// The number that a text is in the user's regional format, infinite when it is too large for a double; nothing when
-    /// it is none.
+    /// The number that a text is in the user's regional format, infinite when it is too large for a double; nothing
+    /// when it is none.
     virtual std::optional<double> NumberFromText(std::string_view text) = 0;
 };
 

@@ -19,7 +19,8 @@ enum TransportError : std::int32_t {
     ProtocolBroken = 2012,      ///< the peer broke the protocol
     InstrumentNotReady = 2013,  ///< described as "Send timed out" when the write itself timed out
     ReceiveTimedOut = 2014,
-    LinkLost = 2015,  ///< the next attempt reopens the link
+    LinkLost = 2015,      ///< in a transfer; the next attempt opens the link again
+    NoConnection = 2017,  ///< final: the link cannot be opened, or another call is using it
 };
 
 /// A link to one instrument: text dialogue, blocks and connection. All operations raise AutomationError.

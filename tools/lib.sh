@@ -42,7 +42,7 @@ build_preset() {
 # start_simulator [<argument>...]: starts the simulated receiver on a free port of the loopback interface and on the
 # pseudo-terminal that is COM1 of the Wine prefix. Sets simulator_port, which programs find in their environment, and
 # simulator_pid; stop_simulator ends it. `simulator` is the program, of whichever build.
-simulator="$build/native/bin/tarn4x-sim"
+simulator="${simulator:-$build/native/bin/tarn4x-sim}"
 start_simulator() {
     local output
     output="$(mktemp "$logs/simulator.XXXXXX")"

@@ -144,7 +144,7 @@ std::optional<clsTarn4x::FiltersFound> clsTarn4x::TryChannelFilters() {
         stopped |= AbortRequested();
     }
     put_StatusSawFilterBW(static_cast<TarnStatusSawFilterBWs>(*kept));
-    return stopped ? std::nullopt : std::optional(found);
+    return stopped || AbortRequested() ? std::nullopt : std::optional(found);
 }
 
 }  // namespace tarn4x

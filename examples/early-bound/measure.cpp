@@ -70,9 +70,9 @@ int wmain(int count, wchar_t** arguments) {
     auto* application = Create<IApplication>(L"Seamlib.clsApplication");
     application->put_DelayScale(0.0);  // for the simulated receiver; a real instrument needs its waits
     auto* driver = Create<_clsTarn4x>(L"XTarn4x.clsTarn4x");
-    void* second = nullptr;
-    Check("Asking for the setup interface", driver->QueryInterface(__uuidof(IDriverSetup), &second));
-    auto* setup = static_cast<IDriverSetup*>(second);
+    auto* host = Create<IHost>(L"Seamlib.clsHost");
+    ISetup* setup = nullptr;
+    Check("Setup", host->Setup(driver, &setup));
     INode* settings = nullptr;
     Check("Settings", setup->get_Settings(&settings));
     Set(settings, L"Remote Control", L"TCP/IP");
@@ -83,7 +83,9 @@ int wmain(int count, wchar_t** arguments) {
     VARIANT_BOOL onLine = VARIANT_FALSE;
     Check("OnLine", setup->get_OnLine(&onLine));
     if (onLine == VARIANT_FALSE) {
-        std::puts("The receiver does not answer. Is its address right, and is it switched on?");
+        BSTR reason = nullptr;
+        Check("WhyOffLine", setup->get_WhyOffLine(&reason));
+        std::printf("The receiver does not answer: %ls\n", reason);
         return 1;
     }
     Check("RF", driver->put_RF(474e6));
@@ -96,6 +98,7 @@ int wmain(int count, wchar_t** arguments) {
 
     settings->Release();
     setup->Release();
+    host->Release();
     driver->Release();
     application->Release();
     CoUninitialize();

@@ -14,19 +14,19 @@
 
 namespace {
 
-/// A Variant that owns what it holds.
+/// A Variant that owns what it holds. Arguments become one by themselves, as in a script.
 class Value {
   public:
     Value() { VariantInit(&variant_); }
-    Value(bool truth) : Value() {  // NOLINT: converts as a script would
+    Value(bool truth) : Value() {
         variant_.vt = VT_BOOL;
         variant_.boolVal = truth ? VARIANT_TRUE : VARIANT_FALSE;
     }
-    Value(double number) : Value() {  // NOLINT
+    Value(double number) : Value() {
         variant_.vt = VT_R8;
         variant_.dblVal = number;
     }
-    Value(const wchar_t* text) : Value() {  // NOLINT
+    Value(const wchar_t* text) : Value() {
         variant_.vt = VT_BSTR;
         variant_.bstrVal = SysAllocString(text);
     }

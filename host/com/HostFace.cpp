@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "host/FailureWatch.h"
 #include "host/com/Members.h"
+#include "host/com/ServiceFaces.h"
 #include "platform/com/Categories.h"
 #include "platform/com/DualFace.h"
 #include "platform/com/Proxies.h"
@@ -30,13 +32,26 @@ class SetupFace : public DualFace<nullptr, ISetup> {
         return Forward<ISetup>(driver_, &IDriverSetup::get_Settings, settings);
     }
     STDMETHODIMP put_OnLine(VARIANT_BOOL onLine) override {
-        return Forward<ISetup>(driver_, &IDriverSetup::put_OnLine, onLine);
+        if (onLine == VARIANT_FALSE) return Forward<ISetup>(driver_, &IDriverSetup::put_OnLine, onLine);
+        return Call<ISetup>([&] {
+            whyOffLine_.clear();
+            const host::FailureWatch failures(TheErrorService());
+            Check(driver_->put_OnLine(onLine), driver_.get());
+            VARIANT_BOOL isOnLine = VARIANT_FALSE;
+            Check(driver_->get_OnLine(&isOnLine), driver_.get());
+            if (isOnLine != VARIANT_FALSE) return;
+            whyOffLine_ = failures.Reason().empty() ? "The driver has given no reason" : failures.Reason();
+        });
     }
     STDMETHODIMP get_OnLine(VARIANT_BOOL* onLine) override {
         return Forward<ISetup>(driver_, &IDriverSetup::get_OnLine, onLine);
     }
+    STDMETHODIMP get_WhyOffLine(BSTR* text) override {
+        return Get<ISetup>(text, [&] { return whyOffLine_; });
+    }
 
   private:
+    std::string whyOffLine_;
     ComPtr<IDriverSetup> driver_;
 };
 

@@ -2,16 +2,21 @@
 
 #include <Seamlib_h.h>
 
+#include "host/Application.h"
 #include "host/ErrorService.h"
 #include "host/com/Members.h"
-#include "host/com/PumpingApplication.h"
+#include "host/com/MessagePump.h"
 #include "host/com/SharedFace.h"
 
 namespace com {
 namespace {
 
+class PumpingApplication : public host::Application {
+    void Wait(std::chrono::milliseconds time) override { host::PumpMessages(time); }
+};
+
 struct Services {
-    host::PumpingApplication application;
+    PumpingApplication application;
     host::MessageLog log;
     host::ErrorService errors{log};
 };
@@ -52,7 +57,7 @@ class ApplicationFace : public SharedFace<&CLSID_clsApplication, IApplication> {
     }
 
   private:
-    host::PumpingApplication& application_ = TheServices().application;
+    host::Application& application_ = TheServices().application;
 };
 
 class MessageLogFace : public SharedFace<&CLSID_clsMessageLog, IMessageLog> {
@@ -102,12 +107,12 @@ class ErrorServiceFace : public SharedFace<&CLSID_clsErrorService, IErrorService
 
   private:
     static void RefuseNoError(std::int32_t number) {
-        if (NumberOf(ResultOf(number)) == number) return;
+        if (number < 0 || (number > 0 && number <= 0xFFFF)) return;
         throw platform::AutomationError(platform::InvalidProcedureCall, "Seamlib.clsErrorService",
                                         std::to_string(number) + " is no error number");
     }
 
-    host::ErrorService& errors_ = TheServices().errors;
+    host::ErrorService& errors_ = TheErrorService();
 };
 
 template <class Face>
@@ -118,6 +123,8 @@ HRESULT GetShared(REFIID iid, void** object) {
 }
 
 }  // namespace
+
+host::ErrorService& TheErrorService() { return TheServices().errors; }
 
 HRESULT GetApplication(REFIID iid, void** object) { return GetShared<ApplicationFace>(iid, object); }
 HRESULT GetMessageLog(REFIID iid, void** object) { return GetShared<MessageLogFace>(iid, object); }

@@ -2,6 +2,7 @@
 
 #include "host/Transports.h"
 #include "host/com/Members.h"
+#include "host/com/MessagePump.h"
 #include "platform/com/DualFace.h"
 #include "platform/com/Proxies.h"
 
@@ -14,6 +15,7 @@ std::shared_ptr<platform::Transport> NewTransport(const char* progId) {
         progId, *framework->CreateNode(),
         {.AbortRequested = [framework] { return framework->TheApplication().AbortRequested(); },
          .Log = [framework](auto... entry) { framework->TheMessageLog().Log(entry...); },
+         .Wait = host::PumpMessages,
          .ErrorReporting = [framework] { return framework->TheErrorService().ErrorReporting(); }});
 }
 

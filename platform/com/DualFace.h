@@ -55,8 +55,8 @@ template <const CLSID* Coclass, class Default, class... Further>
 class DualFace : public Object<Dispatch<Default>, Dispatch<Further>..., ISupportErrorInfo, IProvideClassInfo> {
   public:
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) final {
-        const bool ours = iid == __uuidof(Default) || (... || (iid == __uuidof(Further)));
-        return ours || iid == IID_IDispatch ? S_OK : S_FALSE;
+        const bool ours = iid == IID_IDispatch || iid == __uuidof(Default) || (... || (iid == __uuidof(Further)));
+        return ours ? S_OK : S_FALSE;
     }
 
     STDMETHODIMP GetClassInfo(ITypeInfo** description) final {

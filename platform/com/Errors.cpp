@@ -101,11 +101,10 @@ void Check(HRESULT result, IUnknown* object, REFIID iid) {
     throw error;
 }
 
-void Check(HRESULT result) { Check(result, nullptr, IID_NULL); }
-
 HRESULT ResultOfException(REFIID iid) noexcept {
     try {
         try {
+            // cppcheck-suppress rethrowNoCurrentException // the caller's
             throw;
         } catch (const AutomationError& error) {
             return Report(iid, error);

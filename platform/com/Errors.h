@@ -22,9 +22,7 @@ std::int32_t NumberOf(HRESULT result);
 /// Raises a failed result as AutomationError: with source, description and help of the object's own error information
 /// when the object tells that the interface supports it, else with the system's text for the code and this component's
 /// name.
-void Check(HRESULT result, IUnknown* object, REFIID iid);
-/// The same where no object is at hand that could have error information.
-void Check(HRESULT result);
+void Check(HRESULT result, IUnknown* object = nullptr, REFIID iid = {});
 
 template <class Interface>
 void Check(HRESULT result, Interface* object) {

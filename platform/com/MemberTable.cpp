@@ -6,6 +6,7 @@
 #include "platform/com/Errors.h"
 #include "platform/com/PassedArguments.h"
 #include "platform/com/Text.h"
+#include "platform/com/TypeLibrary.h"
 #include "platform/com/Variants.h"
 
 namespace com {
@@ -34,14 +35,8 @@ VARTYPE PlainType(ITypeInfo* description, const TYPEDESC& type) {
             return type.vt;
         case VT_USERDEFINED: {
             ComPtr<ITypeInfo> referred;
-            TYPEATTR* attributes = nullptr;
-            if (FAILED(description->GetRefTypeInfo(type.hreftype, referred.put())) ||
-                FAILED(referred->GetTypeAttr(&attributes))) {
-                return VT_ILLEGAL;
-            }
-            const bool enumeration = attributes->typekind == TKIND_ENUM;
-            referred->ReleaseTypeAttr(attributes);
-            return enumeration ? VT_I4 : VT_ILLEGAL;
+            Check(description->GetRefTypeInfo(type.hreftype, referred.put()));
+            return AttributesOf(referred).typekind == TKIND_ENUM ? VT_I4 : VT_ILLEGAL;
         }
         default:
             return VT_ILLEGAL;
@@ -81,10 +76,7 @@ HRESULT Raised(HRESULT result, EXCEPINFO* exception) {
 }  // namespace
 
 MemberTable::MemberTable(ComPtr<ITypeInfo> description) : description_(std::move(description)) {
-    TYPEATTR* attributes = nullptr;
-    Check(description_->GetTypeAttr(&attributes));
-    const UINT count = attributes->cFuncs;
-    description_->ReleaseTypeAttr(attributes);
+    const UINT count = AttributesOf(description_).cFuncs;
     for (UINT index = 0; index < count; ++index) {
         FUNCDESC* function = nullptr;
         Check(description_->GetFuncDesc(index, &function));

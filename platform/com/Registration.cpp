@@ -7,6 +7,7 @@
 #include "platform/com/ComPtr.h"
 #include "platform/com/Errors.h"
 #include "platform/com/Text.h"
+#include "platform/com/TypeLibrary.h"
 
 namespace com {
 namespace {
@@ -53,13 +54,9 @@ void AddInterfaces(std::vector<RegistrationRow>& rows, ITypeLib* library, const 
     for (UINT index = 0; index < count; ++index) {
         ComPtr<ITypeInfo> description;
         Check(library->GetTypeInfo(index, description.put()));
-        TYPEATTR* attributes = nullptr;
-        Check(description->GetTypeAttr(&attributes));
-        const bool marshalled =
-            attributes->typekind == TKIND_DISPATCH && (attributes->wTypeFlags & TYPEFLAG_FDUAL) != 0;
-        const auto key = L"Interface\\" + ToText(attributes->guid);
-        description->ReleaseTypeAttr(attributes);
-        if (!marshalled) continue;
+        const auto attributes = AttributesOf(description);
+        if (attributes.typekind != TKIND_DISPATCH || (attributes.wTypeFlags & TYPEFLAG_FDUAL) == 0) continue;
+        const auto key = L"Interface\\" + ToText(attributes.guid);
         Bstr name;
         Check(description->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr));
         rows.push_back({.key = Joined(key, L"TypeLib"), .data = libid, .claim = true});

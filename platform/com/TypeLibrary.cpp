@@ -4,18 +4,6 @@
 #include "platform/com/Server.h"
 
 namespace com {
-namespace {
-
-bool Is(ITypeInfo* description, REFGUID guid) {
-    TYPEATTR* attributes = nullptr;
-    Check(description->GetTypeAttr(&attributes));
-    const bool same = attributes->guid == guid;
-    description->ReleaseTypeAttr(attributes);
-    return same;
-}
-
-}  // namespace
-
 ComPtr<ITypeInfo> FindTypeInfo(REFGUID guid) {
     ComPtr<ITypeLib> library;
     Check(LoadTypeLibEx(FileName(ThisModule()).c_str(), REGKIND_NONE, library.put()));
@@ -27,13 +15,22 @@ ComPtr<ITypeInfo> FindTypeInfo(REFGUID guid) {
         Check(library->GetTypeInfo(index, type.put()));
         HREFTYPE reference = 0;
         for (UINT implemented = 0; SUCCEEDED(type->GetRefTypeOfImplType(implemented, &reference)); ++implemented) {
-            if (SUCCEEDED(type->GetRefTypeInfo(reference, description.put())) && Is(description.get(), guid)) {
+            if (SUCCEEDED(type->GetRefTypeInfo(reference, description.put())) &&
+                AttributesOf(description).guid == guid) {
                 return description;
             }
         }
     }
     Check(TYPE_E_ELEMENTNOTFOUND);
     return {};
+}
+
+TYPEATTR AttributesOf(const ComPtr<ITypeInfo>& description) {
+    TYPEATTR* attributes = nullptr;
+    Check(description->GetTypeAttr(&attributes));
+    const TYPEATTR result = *attributes;
+    description->ReleaseTypeAttr(attributes);
+    return result;
 }
 
 }  // namespace com

@@ -8,4 +8,7 @@ namespace com {
 /// classes takes from an imported library. Raises AutomationError.
 ComPtr<ITypeInfo> FindTypeInfo(REFGUID guid);
 
+/// What a description tells about itself. Raises AutomationError.
+TYPEATTR AttributesOf(const ComPtr<ITypeInfo>& description);
+
 }  // namespace com

@@ -7,6 +7,7 @@
 
 #include "platform/com/Errors.h"
 #include "platform/com/Text.h"
+#include "platform/com/TypeLibrary.h"
 
 using com::ComPtr;
 
@@ -62,12 +63,11 @@ const Common<bool> manual[] = {
 /// member's own.
 struct First {
     const char *member, *line;
-    int times = 1;  ///< how often the line comes
 };
 const Common<First> firsts[] = {
     {{"get MeasureFftMode", "SENSE:DVBT:CARRIER:START_STOP?"},
      "put MeasureOfdmStartCarrier, put MeasureOfdmStopCarrier"},
-    {{"get MeasureFftMode", "READ:DVBT:FFT:MODE?", 2}, "MeasureOfdmCarrierRange"},
+    {{"get MeasureFftMode", "READ:DVBT:FFT:MODE?"}, "MeasureOfdmCarrierRange"},
     {{"get MeasureFdSpectrumStopFreq", "SENS:DVBT:SPEC:FREQ:STOP?"}, "put MeasureFdSpectrumStartFreq"},
     {{"get MeasureFdSpectrumStartFreq", "SENS:DVBT:SPEC:FREQ:STAR?"}, "put MeasureFdSpectrumStopFreq"},
     {{"call MeasureTdImpulseResponse", ""}, "ImpulseResponseAtten, ImpulseResponseDelay"},
@@ -150,15 +150,6 @@ Failure Unsuited(const std::string& member) {
 
 // ---- The slots ----
 
-template <class Use>
-auto WithAttributes(ITypeInfo* description, Use&& use) {
-    TYPEATTR* attributes = nullptr;
-    com::Check(description->GetTypeAttr(&attributes));
-    const auto result = use(*attributes);
-    description->ReleaseTypeAttr(attributes);
-    return result;
-}
-
 ComPtr<ITypeInfo> Referred(ITypeInfo* description, HREFTYPE reference) {
     ComPtr<ITypeInfo> referred;
     com::Check(description->GetRefTypeInfo(reference, referred.put()));
@@ -196,8 +187,7 @@ Slot::Parameter ParameterOf(ITypeInfo* table, const TYPEDESC& type) {
             return {VT_ARRAY | VT_UI1, false, false, 0};
         case VT_USERDEFINED: {
             const auto referred = Referred(table, type.hreftype);
-            const auto kind = WithAttributes(referred.get(), [](const TYPEATTR& a) { return a.typekind; });
-            if (kind != TKIND_ENUM) return {VT_DISPATCH, false, false, 0};
+            if (com::AttributesOf(referred).typekind != TKIND_ENUM) return {VT_DISPATCH, false, false, 0};
             return {VT_I4, false, false, FirstValue(referred.get())};
         }
         default:
@@ -257,7 +247,7 @@ std::vector<Slot> SlotsOf(const std::wstring& component) {
     std::vector<Slot> slots;
     for (int face = 0; face < Faces; ++face) {
         const auto table = Table(driver.get(), static_cast<UINT>(face));
-        const UINT count = WithAttributes(table.get(), [](const TYPEATTR& attributes) { return attributes.cFuncs; });
+        const UINT count = com::AttributesOf(table).cFuncs;
         for (UINT index = 0; index < count; ++index) {
             FUNCDESC* function = nullptr;
             com::Check(table->GetFuncDesc(index, &function));
@@ -326,7 +316,7 @@ std::vector<Behind> BehindAnother(const std::vector<Slot>& slots) {
         if (!*first.line) continue;
         auto expected = Own(member);
         expected.description += ".  Error : 0,\"No error\"";
-        found.push_back({slot, Of(member, modes, 0), Of(member, ports, 2), first.line, first.times, expected});
+        found.push_back({slot, Of(member, modes, 0), Of(member, ports, 2), first.line, expected});
     }
     return found;
 }

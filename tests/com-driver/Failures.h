@@ -63,7 +63,6 @@ struct Behind {
     Slot slot;
     int mode, port;    ///< a measure mode and an input port that suit it
     std::string line;  ///< the last one that the receiver gets before the member's own
-    int times;         ///< how often it gets that
     Failure expected;
 };
 std::vector<Behind> BehindAnother(const std::vector<Slot>& slots);

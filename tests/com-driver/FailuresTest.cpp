@@ -156,7 +156,7 @@ TYPED_TEST(EveryMember, RaisesItsErrorWithThatOfTheInstrumentBehindItsChecks) {
     for (const auto& behind : BehindAnother(this->slots)) {
         ASSERT_EQ(session.driver->put_MeasureMode(static_cast<TarnMeasureModes>(behind.mode)), S_OK);
         session.peer.Answers(behind.port == tarnDemod ? "ROUTE:ISELECT? = DEM" : "ROUTE:ISELECT? = RF");
-        session.peer.BreaksProtocolAfter(behind.line, behind.times);
+        session.peer.BreaksProtocolAfter(behind.line);
         com::Variant result;
         EXPECT_EQ(TypeParam::Call(session.driver.get(), behind.slot, result), behind.expected) << behind.slot.Text();
     }

@@ -1,3 +1,4 @@
+#include "platform/com/TypeLibrary.h"
 #include "tests/com-driver/Bench.h"
 
 // The driver as a COM object: identity and class objects.
@@ -25,11 +26,8 @@ TEST(Identity, IsTheSameThroughEveryInterface) {
 TEST(Identity, IsDescribed) {
     const auto driver = Create<_clsTarn4x>(CLSID_clsTarn4x);
     ComPtr<ITypeInfo> description;
-    TYPEATTR* attributes = nullptr;
     ASSERT_EQ(driver.As<IProvideClassInfo>()->GetClassInfo(description.put()), S_OK);
-    ASSERT_EQ(description->GetTypeAttr(&attributes), S_OK);
-    EXPECT_TRUE(attributes->guid == CLSID_clsTarn4x);
-    description->ReleaseTypeAttr(attributes);
+    EXPECT_EQ(com::AttributesOf(description).guid, CLSID_clsTarn4x);
     const auto support = driver.As<ISupportErrorInfo>();
     for (const GUID* known : {&__uuidof(_clsTarn4x), &__uuidof(IDriverIdentify), &__uuidof(IDriverSetup)}) {
         EXPECT_EQ(support->InterfaceSupportsErrorInfo(*known), S_OK);

@@ -23,13 +23,19 @@ class FakeDriver : public Fake<IDriverSetup> {
     STDMETHODIMP put_Name(BSTR name) override { return Give(&Name, com::Utf8(name)); }
     STDMETHODIMP get_Name(BSTR* name) override { return Give(name, com::ToBstr(Name)); }
     STDMETHODIMP get_Settings(INode** settings) override { return Give(settings, ComPtr<INode>(Settings).detach()); }
-    STDMETHODIMP get_OnLine(VARIANT_BOOL* onLine) override { return Give(onLine, VARIANT_TRUE); }
+    STDMETHODIMP get_OnLine(VARIANT_BOOL* onLine) override {
+        return Give(onLine, OnLine ? VARIANT_TRUE : VARIANT_FALSE);
+    }
     STDMETHODIMP put_OnLine(VARIANT_BOOL) override {
-        return com::Border(IID_IDriverSetup,
-                           [] { throw platform::AutomationError(2002, "clsFake.OnLine", "Driver already on-line"); });
+        return com::Border(IID_IDriverSetup, [&] {
+            if (OnLine) throw platform::AutomationError(2002, "clsFake.OnLine", "Driver already on-line");
+            OnLine = Failure.empty();
+            if (!OnLine) com::ComFramework()->TheMessageLog().Log(1, "clsFake", Failure, "COM9: sent nothing");
+        });
     }
 
-    std::string Name;
+    std::string Name, Failure;
+    bool OnLine = false;
     INode* Settings = nullptr;
 };
 
@@ -144,9 +150,14 @@ TEST_F(Host, ReachesADriversSetup) {
         com::Check(host->Setup(&driver, setup.put()), host.get());
         Put(setup.get(), L"Name", Text("TARN1"));
         EXPECT_EQ(Get(setup.get(), L"Name"), Text("TARN1"));
-        EXPECT_EQ(Get(setup.get(), L"OnLine"), platform::Value(true));
         EXPECT_EQ(setup->get_Settings(found.put()), S_OK);
         EXPECT_EQ(found.get(), settings.get());
+        for (const auto& [failure, why] : {std::pair("No reply", "COM9: No reply"), {"", ""}}) {
+            driver.Failure = failure;
+            Put(setup.get(), L"OnLine", true);
+            EXPECT_EQ(Get(setup.get(), L"OnLine"), platform::Value(driver.Failure.empty()));
+            EXPECT_EQ(Get(setup.get(), L"WhyOffLine"), Text(why));
+        }
         EXPECT_EQ(Raised(setup->put_OnLine(VARIANT_TRUE), setup.get()), "2002|clsFake.OnLine|Driver already on-line");
     }
     EXPECT_EQ(driver.References, 0);

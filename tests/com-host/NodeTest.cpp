@@ -92,17 +92,6 @@ TEST_F(Node, StaysTheSameTreeWhenGrafted) {
     EXPECT_EQ(ValueOf(Item(root.get(), "GPIB.Primary Address").get()), Value(std::int16_t{6}));
 }
 
-TEST_F(Node, LivesAsLongAsItsParentOrAClientHoldsIt) {
-    auto parent = New();
-    auto child = Add(parent.get(), "Host");
-    com::Check(child->put_Value(Arg("127.0.0.1")), child.get());
-    child = {};
-    child = Item(parent.get(), "Host");
-    parent = {};
-    EXPECT_EQ(Name(child.get()), "Host");
-    EXPECT_EQ(ValueOf(child.get()), Text("127.0.0.1"));
-}
-
 TEST_F(Node, RefusesWhatCannotBelongToItsTree) {
     const auto child = Add(root.get(), "Host");
     const auto twin = Add(New().get(), "host");

@@ -1,4 +1,5 @@
 #include "platform/com/Server.h"
+#include "platform/com/TypeLibrary.h"
 #include "tests/com-host/Client.h"
 #include "tests/com-host/Fake.h"
 
@@ -45,14 +46,6 @@ struct {
                      {CLSID_clsComm, IID_ITextLink},
                      {CLSID_clsEthernet, IID_ITextLink},
                      {CLSID_clsGUI, IID_ITextLink}};
-
-GUID GuidOf(ITypeInfo* description) {
-    TYPEATTR* attributes = nullptr;
-    EXPECT_EQ(description->GetTypeAttr(&attributes), S_OK);
-    const GUID guid = attributes->guid;
-    description->ReleaseTypeAttr(attributes);
-    return guid;
-}
 
 }  // namespace
 
@@ -122,9 +115,9 @@ TEST(Server, DescribesItsObjects) {
         ComPtr<ITypeInfo> description;
         com::Check(CoCreateInstance(entry.clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.putVoid()));
         ASSERT_EQ(object.As<IProvideClassInfo>()->GetClassInfo(description.put()), S_OK);
-        EXPECT_EQ(GuidOf(description.get()), entry.clsid);
+        EXPECT_EQ(com::AttributesOf(description).guid, entry.clsid);
         ASSERT_EQ(object->GetTypeInfo(0, LOCALE_INVARIANT, description.put()), S_OK);
-        EXPECT_EQ(GuidOf(description.get()), entry.defaultInterface);
+        EXPECT_EQ(com::AttributesOf(description).guid, entry.defaultInterface);
         EXPECT_EQ(object.As<ISupportErrorInfo>()->InterfaceSupportsErrorInfo(entry.defaultInterface), S_OK);
         EXPECT_EQ(object.As<ISupportErrorInfo>()->InterfaceSupportsErrorInfo(IID_IConnectionPoint), S_FALSE);
     }

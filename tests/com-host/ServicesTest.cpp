@@ -14,10 +14,7 @@ constexpr float Forever = 100000.0F;
 
 class Delays : public testing::Test {
   protected:
-    ~Delays() override {
-        application->put_AbortRequested(VARIANT_FALSE);
-        application->put_DelayScale(1.0);
-    }
+    ~Delays() override { application->put_AbortRequested(VARIANT_FALSE); }
 
     const ComPtr<IApplication> application = CreateByProgId<IApplication>("Seamlib.clsApplication");
 };
@@ -93,14 +90,6 @@ TEST_F(Delays, EndWhenAMessageHandlerAsksToStop) {
     EXPECT_EQ(application->Delay(Forever), S_OK);
 }
 
-TEST_F(Delays, EndWhenAnotherThreadAsksToStop) {
-    auto other = OnThread(COINIT_MULTITHREADED, [] {
-        CreateByProgId<IApplication>("Seamlib.clsApplication")->put_AbortRequested(VARIANT_TRUE);
-    });
-    EXPECT_EQ(application->Delay(Forever), S_OK);
-    other.join();
-}
-
 TEST_F(Delays, LeaveTheEndOfTheProgramToTheHost) {
     PostQuitMessage(7);
     EXPECT_EQ(application->Delay(0.15F), S_OK);
@@ -109,15 +98,6 @@ TEST_F(Delays, LeaveTheEndOfTheProgramToTheHost) {
     EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
     EXPECT_EQ(message.wParam, 7U);
     EXPECT_FALSE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
-}
-
-TEST_F(Delays, AreScaled) {
-    EXPECT_EQ(application->put_DelayScale(0.0), S_OK);
-    EXPECT_EQ(application->Delay(Forever), S_OK);
-    EXPECT_EQ(Raised(application->put_DelayScale(-1.0), application.get()),
-              "5|Seamlib.clsApplication|The factor on delays may not be negative");
-    EXPECT_EQ(Raised(application->Delay(-0.5F), application.get()),
-              "5|Seamlib.clsApplication|The time of a delay may not be negative");
 }
 
 TEST(MessageLog, KeepsEntriesForScripts) {
@@ -145,6 +125,11 @@ TEST(ErrorService, RaisesExactlyWhatItIsGiven) {
         EXPECT_EQ(static_cast<std::uint32_t>(raise(number, "a.b ", "Get  x failed")), result);
         EXPECT_EQ(Raised(static_cast<HRESULT>(result), service.get()), std::to_string(number) + "|a.b |Get  x failed");
     }
+    // Type mismatch, overflow, bad index, and a plain number as it travels.
+    for (const auto result : {0x80020005U, 0x8002000AU, 0x8002000BU, 0x800A0005U}) {
+        EXPECT_EQ(static_cast<std::uint32_t>(raise(static_cast<std::int32_t>(result), "a", "b")), result);
+    }
+    for (const auto number : {0, 65536}) EXPECT_EQ(static_cast<std::uint32_t>(raise(number, "", "")), 0x800A0005U);
     EXPECT_EQ(Raised(service->RaiseDriverError(0, nullptr, nullptr, missing, missing), service.get()),
               "5|Seamlib.clsErrorService|0 is no error number");
 }

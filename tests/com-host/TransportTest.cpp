@@ -65,15 +65,6 @@ TEST(Framework, CreatesTransportsByProgId) {
     }
 }
 
-TEST(Framework, ReadsNumbersOfTheUsersFormat) {
-    const auto framework = com::ComFramework();
-    wchar_t number[8] = L"2";
-    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, number + 1, 4);
-    lstrcatW(number, L"5");
-    EXPECT_EQ(framework->NumberFromText(com::Utf8(std::wstring_view(number))), 2.5);
-    EXPECT_EQ(framework->NumberFromText("two"), std::nullopt);
-}
-
 TEST(Transport, NeedsAConnection) {
     const auto link = com::CreateByProgId<ITextLink>("Conduit.clsEthernet");
     EXPECT_LT(link->WriteString(com::Bstr("*CLS").get()), S_OK);

@@ -22,6 +22,15 @@ std::string ReadLevel(clsTarn4x& driver) {
     return outcomes + "and no value";
 }
 
+std::int32_t ErrorOf(const std::function<void()>& operation) {
+    try {
+        operation();
+    } catch (const platform::AutomationError& error) {
+        return error.Number;
+    }
+    return 0;
+}
+
 class Faults : public testing::TestWithParam<const char*> {};
 
 INSTANTIATE_TEST_SUITE_P(, Faults, testing::Values("TCP/IP", "GPIB", "GUI"), LinkName);
@@ -60,24 +69,54 @@ TEST_P(Faults, ReachTheCallerOrAreOvercome) {
     }
 }
 
-TEST_P(Faults, OfARestartAndAnOutageAreOvercome) {
+class Outages : public testing::TestWithParam<const char*> {};
+
+INSTANTIATE_TEST_SUITE_P(, Outages, testing::ValuesIn(EveryLink), LinkName);
+
+TEST_P(Outages, AreBridgedForOneTimeout) {
     Station station(GetParam(), "on READ:RF:LEVEL? | answer -22 | always");
     station.GoOnLine();
-    EXPECT_EQ(ReadLevel(*station.driver), "-22");
+    auto& link = *station.framework->Latest;
+    const std::function<void()> operations[] = {
+        [&] { EXPECT_EQ(link.ReadString("READ:RF:LEVEL?"), "-22"); },
+        [&] {
+            link.WriteString("SENS:DVBT:INT:COUN 700");
+            EXPECT_EQ(link.ReadString("SENS:DVBT:INT:COUN?"), "700");
+        },
+        [&] { EXPECT_THAT(link.ReadBlock(3, "READ:RF:LEVEL?"), testing::ElementsAre('-', '2', '2')); }};
+    constexpr int atOnce = 0, later = 5, never = 0x7FFFFFFF;  // attempts
+    for (const auto& operation : std::span(operations).first(GetParam() == std::string_view("GUI") ? 2 : 3)) {
+        for (const int attempts : {atOnce, later, never}) {
+            int pauses = 0;
+            station.framework->OnPause = [&] {
+                if (++pauses == attempts) station.SwitchOn();
+            };
+            station.SwitchOff();
+            if (attempts == atOnce) station.SwitchOn();
+            link.SetTimeout(attempts == never ? 0.05F : 20.0F);
+            auto error = ErrorOf(operation);
+            if (error == platform::ObjectError(platform::LinkLost)) error = ErrorOf(operation);  // as the driver does
+            EXPECT_EQ(error, attempts == never ? platform::ObjectError(platform::NoConnection) : 0);
+            EXPECT_GE(pauses, std::min(attempts, later));
+            if (attempts == never) station.SwitchOn();
+        }
+    }
+}
+
+TEST_P(Outages, EndInAnErrorAfterOneTimeoutAndNeverInAValue) {
+    Station station(GetParam());
+    station.GoOnLine();
     station.SwitchOff();
-    station.SwitchOn();
-    EXPECT_EQ(ReadLevel(*station.driver), "-22");
-    station.SwitchOff();
-    station.framework->TheApplication().SetDelayScale(0.2);  // the ten attempts take two seconds
-    std::thread power([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        station.SwitchOn();
-    });
-    EXPECT_EQ(ReadLevel(*station.driver), "-22");
-    power.join();
-    EXPECT_THAT(Occurrences("The link was opened again", station.framework->TheMessageLog()),
-                testing::Ge(GetParam() == std::string_view("GPIB") ? 0 : 2));
-    station.framework->TheApplication().SetDelayScale(0.0);
+    station.framework->Latest->SetTimeout(0.05F);
+    auto& driver = *station.driver;
+    const std::function<void()> operations[] = {
+        [&] { driver.get_RF(); }, [&] { driver.put_RF(522e6); }, [&] { driver.get_AlarmStatistics(); },
+        [&] { driver.put_IDriverSetup_OnLine(false); }, [&] { driver.put_IDriverSetup_OnLine(true); }};
+    int timeouts = 0;
+    for (const auto& operation : operations) {
+        EXPECT_EQ(ErrorOf(operation) != 0, &operation < std::end(operations) - 2);  // the session swallows it
+        EXPECT_EQ(Occurrences("\tNo connection to ", station.framework->TheMessageLog()), ++timeouts);
+    }
 }
 
 TEST(Fault, OfOneReceiverDoesNotDisturbAnother) {
@@ -98,6 +137,13 @@ TEST(Fault, OfAConnectionThatIsClosedAtOnceKeepsTheDriverOffLine) {
     Station station("TCP/IP", "refuse connections");
     station.driver->put_IDriverSetup_OnLine(true);
     EXPECT_FALSE(station.driver->get_IDriverSetup_OnLine());
+}
+
+TEST(Driver, SaysWhatHelpsWhenThereIsNoSerialPort) {
+    const auto framework = std::make_shared<host::Framework>();
+    SetEnvironment("CONDUIT_PORTS", "/nowhere");
+    EXPECT_EQ(ErrorOf([&] { clsTarn4x driver(framework); }), 380);
+    EXPECT_THAT(framework->TheMessageLog().Entry(1), testing::MatchesRegex(".*No serial port.*plug in.*close.*"));
 }
 
 // Going on-line drains the error queue twice.

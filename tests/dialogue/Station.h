@@ -7,6 +7,7 @@
 
 #include "driver/clsTarn4x.h"
 #include "host/Framework.h"
+#include "host/Transports.h"
 #include "tests/host/TestVisa.h"
 #include "tests/support/Program.h"
 
@@ -16,12 +17,18 @@ inline std::string LinkName(const testing::TestParamInfo<const char*>& link) {
     return link.param == std::string_view("TCP/IP") ? "Tcp" : link.param;
 }
 
-/// A framework that lets tests at the driver's transport.
+/// A framework that lets tests at the driver's transport, whose pauses take no time.
 struct OpenFramework : host::Framework {
     std::shared_ptr<platform::Transport> CreateTransport(std::string_view progId) override {
-        return Latest = host::Framework::CreateTransport(progId);
+        return Latest =
+                   host::CreateTransport(progId, *CreateNode(),
+                                         {.AbortRequested = [this] { return TheApplication().AbortRequested(); },
+                                          .Log = [this](auto... entry) { TheMessageLog().Log(entry...); },
+                                          .Wait = [this](auto) { OnPause(); },
+                                          .ErrorReporting = [this] { return TheErrorService().ErrorReporting(); }});
     }
     std::shared_ptr<platform::Transport> Latest;
+    std::function<void()> OnPause = [] {};
 };
 
 /// Entries of the log with that text.

@@ -3,178 +3,98 @@
 
 using namespace tarn4x::test;
 
-using testing::SizeIs;
-
-const std::string Level = "READ:RF:LEVEL?";
-
-TEST(SendCommand, DrainsLogsAndReads) {
-    Bench bench;
-    CHECK(bench, Level + " = -50.0", get_MeasureRfLevel(), -50);
-    EXPECT_EQ(bench.world->Drains, 1);
-    EXPECT_THAT(bench.world->Logged, ElementsAre("6 TARN SYST:ERR?|", "5 TARN SYST:ERR?|0,\"No error\"",
-                                                 "6 TARN READ:RF:LEVEL?|", "5 TARN READ:RF:LEVEL?|-50.0"));
-}
-
-TEST(SendCommand, WaitsForOneOfTheExpectedAnswers) {
-    // "on" is no fragment (case counts); an answer that contains "---" is complete when it holds a fragment.
-    const std::string query = "INPUT:DVBT:HIGH:ADJ:CHANNEL:POWER?";
-    Bench bench;
-    CHECK(bench, query + " = on | " + query + " = ---ON", get_InputAttenHighAdjChanPower(), tarnOn);
-    EXPECT_EQ(bench->get_ResponseString(), "---ON");
-}
-
-TEST(SendCommand, RepeatsWhatIsNotReadyOrTransientAndRaisesOtherErrors) {
-    const std::string again = " | " + Level, failed = GetFailed("MeasureRfLevel"),
-                      range = " Send Timed Out | SYST:ERR? = -222,\"Out of range\"",
+TEST(CommandChannel, RepeatsWhatIsNotReadyOrTransientAndRaisesOtherErrors) {
+    // What asks with an answer, what commands, and what makes one transfer.
+    constexpr auto asks = "MeasureRfLevel", commands = "MeasureResetBer", transfers = "Identity";
+    const std::string level = "READ:RF:LEVEL?", again = " | " + level, reset = "SENS:DVBT:BER:RES", queue = "SYST:ERR?",
+                      empty = queue + " = 0,\"No error\"", failed = GetFailed("MeasureRfLevel"),
+                      idFailed = GetFailed("Identity"), range = " Send Timed Out | SYST:ERR? = -222,\"Out of range\"",
                       outOfRange = failed + ".  Error : -222,\"Out of range\"";
     const struct {
+        const char* Member;
         std::string Dialogue, Outcome;
-        std::size_t Pauses;
-        int Drains;
+        std::size_t Pauses, Entries;  // of the log: two of each drain, command, answer, error
         std::size_t AbortAfterSending = SIZE_MAX;
     } cases[] = {
-        {"11 x " + Level + " = --- (wait)", "0", 10, 11},  // then takes what came
-        {"2 x " + Level + " = ---", "0", 1, 2, 2},
-        {Level + " = 12 ---" + again + " = 7", "7", 1, 2},  // wherever it stands in the answer
-        {Level + " ! 2013 busy" + again + " = 7", "7", 1, 2},
-        {Level + " ! 2015 lost" + again + " = 7", "7", 1, 2},
-        {Level + " ! 13 Type mismatch" + again + " = 7", "7", 1, 2},
-        {"11 x " + Level + " ! 2015", "0", 10, 11},           // gives up quietly
-        {Level + " ! 2014 Receive timed out", failed, 0, 1},  // the error queue is not asked
-        {Level + " ! 2016 failed", failed, 0, 1},
-        {Level + " ! 5 y", failed, 0, 1},
-        {"5 x SYST:ERR? = -350,\"Queue overflow\"" + again + " = 1", "0", 0, 0, 5},  // a drain that never ends
-        {Level + " ! 2010" + range, outOfRange, 0, 1},
-        {Level + " ! 2011" + range, outOfRange, 0, 1},
-        {Level + " ! 2012" + range, outOfRange, 0, 1},
-        {Level + " ! 2013" + range, outOfRange, 0, 1},
-        {Level + " ! 2011 | SYST:ERR? ! 2014", failed, 0, 1},
+        {asks, "11 x " + level + " = --- (wait)", "0", 10, 44},  // then takes what came
+        {asks, "2 x " + level + " = ---", "0", 1, 8, 2},
+        {asks, level + " = 12 ---" + again + " = 7", "7", 1, 8},  // wherever it stands in the answer
+        {asks, level + " ! 2013 busy" + again + " = 7", "7", 1, 7},
+        {asks, level + " ! 2015 lost" + again + " = 7", "7", 1, 7},
+        {asks, level + " ! 13 Type mismatch" + again + " = 7", "7", 1, 7},
+        {asks, "11 x " + level + " ! 2015", "0", 10, 33},  // gives up quietly
+        {asks, level + " ! 2009 failed", failed, 0, 4},
+        {asks, level + " ! 2010" + range, outOfRange, 0, 6},
+        {asks, level + " ! 2013" + range, outOfRange, 0, 6},
+        {asks, level + " ! 2011 | " + queue + " ! 2014", failed, 0, 5},
+        {asks, level + " ! 40006 stopped", "40006 Conduit: 40006 stopped, help.chm", 0, 4},     // as it is
+        {asks, "5 x " + queue + " = -350,\"Queue overflow\"" + again + " = 1", "0", 0, 12, 5},  // has no end
+        {asks, queue + " ! 2013 | " + empty + again + " = 1", "1", 1, 5},
+        // A command is not sent twice. The queue is announced again unless the link was lost.
+        {commands, reset + " ! 2015", "+2005 .MeasureResetBer: MeasureResetBer failed", 0, 4},
+        {commands, queue + " = -113,\"Undefined header\" | " + queue + " = 0,\"no error\" | " + empty + " | " + reset,
+         Done, 0, 7},  // the case counts
+        {commands, queue + " ! 2015 | " + empty + " | " + reset, Done, 1, 3},
+        {commands, queue + " ! 2013 | " + empty + " | " + reset, Done, 1, 4},
+        {commands, queue + " ! 13 | " + empty + " | " + reset, Done, 1, 4},
+        {commands, "11 x " + queue + " ! 2013", Done, 10, 11},  // gives up quietly
+        // Of one transfer only what failed is repeated.
+        {transfers, "*IDN? ! 2013 | *IDN? ! 2015 | *IDN? = x", "x", 2, 4},
+        {transfers, queue + " ! 2013 | " + empty + " | *IDN? = x", "x", 1, 5},
+        {transfers, "11 x *IDN? ! 2015 lost", idFailed, 10, 4},
+        {transfers, "*IDN? ! 2013 Send Timed Out", idFailed + Refused, 0, 6},
+        {transfers, "*IDN? ! 2014", "", 0, 3, 1},
     };
     for (const auto& c : cases) {
-        Bench bench;
+        Bench bench(c.Dialogue);
         bench.world->AbortAfterSending = c.AbortAfterSending;
-        CHECK(bench, c.Dialogue, get_MeasureRfLevel(), c.Outcome);
+        EXPECT_OUTCOME(support::CallOf(c.Member).Get(bench.driver, 0), c.Outcome) << c.Dialogue;
+        bench.ExpectEnd();
         EXPECT_EQ(bench.world->Delays, std::vector<float>(c.Pauses, 1.0F)) << c.Dialogue;
-        EXPECT_EQ(bench.world->Drains, c.Drains) << c.Dialogue;
+        EXPECT_THAT(bench.Logged(), testing::SizeIs(c.Entries)) << c.Dialogue;
     }
 }
 
-TEST(SendCommand, NeverSendsACommandWithoutAnswerTwice) {
-    Bench bench;
-    CHECK(bench, "SENS:DVBT:BER:RES ! 2015", MeasureResetBer(), "+2005 .MeasureResetBer: MeasureResetBer failed");
-    EXPECT_THAT(bench.world->Delays, IsEmpty());
-    EXPECT_EQ(bench.world->Logged.back(), "6 TARN SENS:DVBT:BER:RES|");
-}
-
-TEST(ErrorQueue, IsDrainedAgainWhenTheDrainBeforeACommandWasTransient) {
-    Bench bench;
-    CHECK(bench,
-          "SYST:ERR? ! 2013 busy | SYST:ERR? = -113,\"Undefined header\" | SYST:ERR? = 0,\"no error\" | "
-          "SYST:ERR? = 0,\"No error\" | SENS:DVBT:BER:RES",  // the case counts
-          MeasureResetBer(), Done);
-    EXPECT_THAT(bench.world->Delays, ElementsAre(1.0F));
-}
-
-TEST(ErrorQueue, IsReadAgainOnlyWhenTheLinkWasLost) {
-    // Read again, it is not announced again; an instrument that is not ready makes the whole command start over.
-    for (const auto& [error, entries] : {std::pair("2015", 3U), std::pair("2013", 4U)}) {
-        Bench bench;
-        CHECK(bench, std::string("SYST:ERR? ! ") + error + " | SYST:ERR? = 0,\"No error\" | SENS:DVBT:BER:RES",
-              MeasureResetBer(), Done);
-        EXPECT_THAT(bench.world->Logged, SizeIs(entries)) << error;
-    }
-}
-
-TEST(ErrorQueue, DoesNotExistOverTheFrontPanel) {
+TEST(CommandChannel, KnowsNoErrorQueueOverTheFrontPanel) {
     Bench bench;
     bench.Set("Remote Control", "GUI");
-    CHECK(bench, Level + " = 3", get_MeasureRfLevel(), 3);
-    CHECK(bench, Level + " ! 2011", get_MeasureRfLevel(), GetFailed("MeasureRfLevel"));
-    EXPECT_EQ(bench.world->Drains, 0);
-}
-
-TEST(Failure, Number40006PassesThroughAsItIs) {
-    AutomationError own(40006, "framework", "stopped");
-    own.HelpFile = "help.chm";
-    own.HelpContext = 7;
-    Bench bench;
-    bench.world->Dialogue = {{Level, "", own}};
-    try {
-        bench->get_MeasureRfLevel();
-        ADD_FAILURE() << "nothing was raised";
-    } catch (const AutomationError& error) {
-        EXPECT_EQ(Text(error), "40006 framework: stopped");
-        EXPECT_EQ(error.HelpFile, "help.chm");
-        EXPECT_EQ(error.HelpContext, 7);
-    }
-}
-
-TEST(Failure, GoesThroughTheErrorService) {
-    Bench bench("", false);
+    CHECK(bench, "READ:RF:LEVEL? = <3", get_MeasureRfLevel(), 3);
+    CHECK(bench, "READ:RF:LEVEL? ! 2011", get_MeasureRfLevel(), GetFailed("MeasureRfLevel"));
+    EXPECT_THAT(bench.Logged(), testing::SizeIs(2 + 2)) << "no drains";
+    static_cast<Node&>(bench.Setting("Remote Control")).Refuses = true;  // as an instrument does
     CHECK(bench, "", get_MeasureRfLevel(), GetFailed("MeasureRfLevel"));
-    EXPECT_EQ(bench.world->Raised, 1);
 }
 
-TEST(Log, IsQuietWhenSwitchedOffAndNeverBreaksATransfer) {
+TEST(CommandChannel, IsQuietOffLineWhenTheUserHasAskedToStop) {
+    Bench bench("", false);
+    bench.world->Abort = true;
+    CHECK(bench, "", get_Identity(), "");
+}
+
+TEST(CommandChannel, LogsEveryTransferUnlessSwitchedOff) {
     Bench bench;
-    bench.world->LogFails = true;
-    CHECK(bench, Level + " = 1", get_MeasureRfLevel(), 1);
-    bench.world->LogFails = false;
     bench.Set("Log Messages", "No");
-    CHECK(bench, Level + " = 2", get_MeasureRfLevel(), 2);
-    EXPECT_THAT(bench.world->Logged, IsEmpty());
+    CHECK(bench, "SENS:DVBT:BER:RES", MeasureResetBer(), Done);
+    bench.Set("Log Messages", "perhaps");  // silences nothing
+    CHECK(bench, "READ:RF:LEVEL? = -50.0", get_MeasureRfLevel(), -50);
+    EXPECT_THAT(bench.Logged(), ElementsAre("6 TARN SYST:ERR? ", "5 TARN SYST:ERR? 0,\"No error\"",
+                                            "6 TARN READ:RF:LEVEL? ", "5 TARN READ:RF:LEVEL? -50.0"));
+    bench.world->Failing = "Log";  // which breaks nothing
+    CHECK(bench, "READ:RF:LEVEL? = 3", get_MeasureRfLevel(), 3);
 }
 
-/// The channel by itself, for the procedures that no member uses in every way.
-struct OneTransfer : testing::Test {
-    OneTransfer() {
-        settings.AddSetting("Remote Control", 1, 2, "")->SetValue(true, true, std::string("Conduit.clsEthernet"));
-        settings.AddSetting("Log Messages", 1, 2, "")->SetValue(true, true, std::string("-1"));
-        channel.emplace(*world, settings);
-        channel->SetTransport(std::make_shared<FakeTransport>(world, "Conduit.clsEthernet"));
-        channel->RetryLimit = 2;
-    }
-    ~OneTransfer() override { EXPECT_EQ(world->Dialogue.size(), 0U); }
-
-    std::shared_ptr<FakeFramework> world = std::make_shared<FakeFramework>();
-    FakeNode settings;
-    std::optional<CommandChannel> channel;
-};
-
-TEST_F(OneTransfer, RepeatsOnlyTheTransferThatFailed) {
-    world->Dialogue = Dialogue("A? ! 2013 | A? ! 2015 | A? = x");
-    EXPECT_EQ(channel->QueryString("A?"), "x");
-    EXPECT_EQ(world->Drains, 1);
-    EXPECT_THAT(world->Delays, ElementsAre(1.0F, 1.0F));
-    EXPECT_THAT(world->Logged, SizeIs(4));
-}
-
-TEST_F(OneTransfer, RaisesWhenTheLimitIsReachedOrTheErrorIsFinal) {
-    world->Dialogue = Dialogue("3 x A ! 2015 lost | B ! 2013 Send Timed Out");
-    EXPECT_OUTCOME(channel->WriteCommand("A"), "+2015 Conduit: lost");
-    EXPECT_OUTCOME(channel->WriteCommand("B"), "+2013 Conduit: Send Timed Out");
-    EXPECT_THAT(world->Delays, SizeIs(2));
-}
-
-TEST_F(OneTransfer, IsEmptyWhenTheUserAsksToStop) {
-    world->Dialogue = Dialogue("A? ! 2014");
-    world->AbortAfterSending = 1;
-    EXPECT_EQ(channel->QueryString("A?"), "");
-    channel->SetTransport(nullptr);
-    channel->WriteCommand("B");  // off-line, and quiet
-}
-
-TEST_F(OneTransfer, CarriesBlocks) {
-    world->Block.assign(1024, 7);
-    EXPECT_THAT(channel->QueryBinary(1000, "SCREEN?"), SizeIs(1000));
-    EXPECT_THAT(channel->QueryBinary(24), SizeIs(24));
-    EXPECT_THAT(world->BlockReads, ElementsAre("1000 SCREEN?", "24"));
-    EXPECT_THAT(world->Logged, ElementsAre("6 TARN SYST:ERR?|", "5 TARN SYST:ERR?|0,\"No error\"", "6 TARN SCREEN?|",
-                                           "5 TARN SCREEN?|1000 bytes", "5 TARN |24 bytes"));
-    world->Dialogue = Dialogue("block 2 ok DATA  | block 3 abc none");
+TEST(CommandChannel, CarriesBlocks) {
+    Bench bench("block 2 ok DATA  | block 3 abc none");
+    CommandChannel channel{*bench.world, *bench->get_IDriverSetup_Settings()};
+    channel.SetTransport(bench.world->CreateTransport("Conduit.clsEthernet"));
+    bench.world->Block.assign(1024, 7);
+    EXPECT_THAT(channel.QueryBinary(1000, "SCREEN?"), testing::SizeIs(1000));
+    EXPECT_THAT(channel.QueryBinary(24), testing::SizeIs(24));
+    EXPECT_THAT(bench.world->BlockReads, ElementsAre("1000 SCREEN?", "24"));
+    EXPECT_THAT(bench.Logged(), ElementsAre("6 TARN SYST:ERR? ", "5 TARN SYST:ERR? 0,\"No error\"", "6 TARN SCREEN? ",
+                                            "5 TARN SCREEN? 1000 bytes", "5 TARN  24 bytes"));
     const std::vector<std::uint8_t> ok{'o', 'k'}, abc{'a', 'b', 'c'};
-    channel->WriteBinary(2, ok, "DATA ");
-    channel->WriteBinary(3, abc);
-    EXPECT_EQ(world->Drains, 3);
-    EXPECT_EQ(world->Logged.back(), "6 TARN |");
+    channel.WriteBinary(2, ok, "DATA ");
+    channel.WriteBinary(3, abc);
+    EXPECT_EQ(bench.Logged().back(), "6 TARN  ");
 }

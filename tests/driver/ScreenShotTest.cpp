@@ -3,15 +3,12 @@
 using namespace tarn4x::test;
 using namespace std::string_literals;
 
-constexpr auto Transfer = tarnTransfer;
-constexpr auto WithHeader = TarnScreenShotModes(tarnTransfer + tarnIncludeHeader);
-constexpr auto CaptureAndTransfer = TarnScreenShotModes(tarnCapture + tarnTransfer);
 const std::string Failed = GetFailed("ScreenShot");
 
 /// What reads a screen into a buffer that holds one byte before.
 struct ScreenBench : Bench {
     explicit ScreenBench(std::string block = "") { world->Block = std::move(block); }
-    bool Read(TarnScreenShotModes mode) { return driver.get_ScreenShot(mode, buffer); }
+    bool Read(int mode) { return driver.get_ScreenShot(TarnScreenShotModes(mode), buffer); }
     std::string Bytes() const { return {buffer.begin(), buffer.end()}; }
     ScreenBench* operator->() { return this; }
 
@@ -20,67 +17,65 @@ struct ScreenBench : Bench {
 
 TEST(ScreenShot, CapturesAndTransfers) {
     ScreenBench bench("#15\n#\n\n\0#15abcde"s);
-    CHECK(bench, "", Read(TarnScreenShotModes(0)), true);
-    CHECK(bench, "READ:SCREEN:BUFFER? = 0", Read(tarnCapture), true);
-    CHECK(bench, "READ:SCREEN:BUFFER? = 1", Read(CaptureAndTransfer), false);
-    CHECK(bench, "READ:SCREEN:BUFFER? = 00", Read(CaptureAndTransfer), false);
-    EXPECT_EQ(bench.Bytes(), "-");
-    CHECK(bench, "READ:SCREEN:BUFFER? = \"0\"", Read(CaptureAndTransfer), true);
+    CHECK(bench, "READ:SCREEN:BUFFER? = 1", Read(tarnCapture + tarnTransfer), false);
+    CHECK(bench, "", Read(0), true);
+    EXPECT_EQ(bench.driver.get_Prefix() + bench.Bytes(), "----");
+    CHECK(bench, "READ:SCREEN:BUFFER? = \"0\"", Read(tarnCapture + tarnTransfer), true);
     EXPECT_EQ(bench.Bytes(), "\n#\n\n\0"s);
     EXPECT_THAT(bench.world->BlockReads, ElementsAre("1 READ:BUFFER:PCX?", "1", "1", "5"));
     EXPECT_THAT(bench.world->TimeoutsSet, ElementsAre(60.0F, 5.0F));
-    CHECK(bench, "", Read(WithHeader), true);
+    CHECK(bench, "", Read(tarnTransfer + tarnIncludeHeader), true);
     EXPECT_EQ(bench.Bytes(), "#15abcde");
+    bench.world->Abort = true;
+    CHECK(bench, "READ:SCREEN:BUFFER? = <0", Read(tarnCapture + tarnTransfer), false);
+    EXPECT_EQ(bench.driver.get_ResponseString(), "<0") << "parsed before the stop request is seen";
 }
 
-TEST(ScreenShot, RefusesABadHeaderAndPassesOverWhatFailsBehindIt) {
-    const struct {
-        std::string Block;
-        TarnScreenShotModes Mode;
-        std::string Outcome;
-        std::string Bytes;
-    } cases[] = {
-        {"", Transfer, Failed, "-"},     {"x15abcde", Transfer, Failed, "-"},   {"#0", Transfer, Failed, "-"},
-        {"#x", Transfer, Failed, "-"},   {"#500000", Transfer, Failed, "-"},    {"#15", Transfer, "1", "-"},
-        {"#210abc", Transfer, "1", "-"}, {"#12a", WithHeader, "1", "#12\0\0"s},
-    };
-    for (const auto& c : cases) {
-        ScreenBench bench(c.Block);
-        CHECK(bench, "", Read(c.Mode), c.Outcome);
-        EXPECT_EQ(bench.Bytes(), c.Bytes) << c.Block;
-        EXPECT_FLOAT_EQ(bench.world->Timeout, c.Outcome == Failed ? 60.0F : 5.0F) << "left raised by a refusal";
+TEST(ScreenShot, RefusesABadHeader) {
+    for (const char* block : {"", "x15abcde", "#0", "#:", "#500000"}) {
+        ScreenBench bench(block);
+        CHECK(bench, "", Read(tarnTransfer), Failed);
+        EXPECT_EQ(bench.Bytes(), "-") << block;
+        EXPECT_THAT(bench.world->TimeoutsSet, ElementsAre(60.0F)) << "left raised";
     }
-    ScreenBench bench;
-    CHECK(bench, "READ:SCREEN:BUFFER? ! 2010", Read(tarnCapture), Failed + Refused);
 }
 
-TEST(ScreenShot, CountsTheLengthInSixteenBits) {
-    const std::pair<const char*, std::size_t> cases[] = {
-        {"540000", 4000}, {"532767", 32767}, {"532768", 32760}, {"599999", 10008}, {"41x34", 1034}};
-    for (const auto& [digits, length] : cases) {
-        ScreenBench bench(std::string("#") + digits + std::string(40000, 'p'));
-        CHECK(bench, "", Read(Transfer), true);
-        EXPECT_EQ(bench.buffer.size(), length) << digits;
+TEST(ScreenShot, PassesOverWhatFailsBehindTheHeaderAndWhatOverflowsSixteenBits) {
+    const std::string image(40000, 'p');
+    const std::pair<std::string, std::string> cases[] = {{"#15", "-"},
+                                                         {"#210abc", "-"},
+                                                         {"#9000000001a", "a"},
+                                                         {"#540000" + image, image.substr(0, 4000)},
+                                                         {"#532767" + image, image.substr(0, 32767)},
+                                                         {"#532768" + image, image.substr(0, 32760)},
+                                                         {"#599999" + image, image.substr(0, 10008)},
+                                                         {"#41x34" + image, image.substr(0, 1034)}};
+    for (const auto& [block, bytes] : cases) {
+        ScreenBench bench(block);
+        CHECK(bench, "", Read(tarnTransfer), true);
+        EXPECT_EQ(bench.Bytes(), bytes) << block.substr(0, 12);
+        EXPECT_THAT(bench.world->TimeoutsSet, ElementsAre(60.0F, 5.0F));
     }
+    ScreenBench bench("#12a");
+    CHECK(bench, "", Read(tarnTransfer + tarnIncludeHeader), true);
+    EXPECT_EQ(bench.Bytes(), "#12\0\0"s);
 }
 
 TEST(ScreenShot, SetsTheTimeoutOfTheSelectedLink) {
-    const struct {
-        const char *Port, *Baud;
-        float Seconds;
-    } cases[] = {{"GPIB", "19200", 9.0F},  {"RS232", "1200", 60.0F},  {"RS232", "2400", 34.0F},
-                 {"RS232", "4800", 22.0F}, {"RS232", "9600", 15.0F},  {"RS232", "19200", 12.0F},
-                 {"RS232", "300", 5.0F},   {"TCP/IP", "19200", 60.0F}};
-    for (const auto& c : cases) {
+    const std::pair<std::string, std::vector<float>> bauds[] = {
+        {"1200", {60.0F}}, {"2400", {34.0F}}, {"4800", {22.0F}}, {"9600", {15.0F}}, {"19200", {12.0F}}, {"300", {}}};
+    for (const auto& [baud, timeouts] : bauds) {
         ScreenBench bench("#0");
-        bench.Set("Remote Control", c.Port);
-        bench.Set("RS232.Baud Rate", c.Baud);
-        CHECK(bench, "", Read(Transfer), Failed);
-        EXPECT_FLOAT_EQ(bench.world->Timeout, c.Seconds) << c.Port << c.Baud;
+        bench.Set("Remote Control", "RS232");
+        bench.Set("RS232.Baud Rate", baud);
+        CHECK(bench, "", Read(tarnTransfer), Failed);
+        EXPECT_EQ(bench.world->TimeoutsSet, timeouts) << baud;
     }
-    ScreenBench bench;
+    ScreenBench bench("#0");
     bench.Set("Remote Control", "GUI");
     CHECK(bench, "READ:SCREEN:BUFFER? = 0", Read(tarnCapture), true);
-    CHECK(bench, "", Read(Transfer), "+2024 .ScreenShot: Remote Control Port does not support operation");
-    EXPECT_THAT(bench.world->TimeoutsSet, IsEmpty());
+    CHECK(bench, "", Read(tarnTransfer), "+2024 .ScreenShot: Remote Control Port does not support operation");
+    bench.Set("Remote Control", "GPIB");
+    CHECK(bench, "", Read(tarnTransfer), Failed);
+    EXPECT_THAT(bench.world->TimeoutsSet, ElementsAre(9.0F));
 }

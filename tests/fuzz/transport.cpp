@@ -12,7 +12,11 @@ struct Peer : host::ByteLink {
     explicit Peer(fuzz::Input& theInput) : input(theInput) {}
 
     void Open(host::Patience&) override {
-        MayFail();
+        try {
+            MayFail();
+        } catch (const host::LinkFailure& failure) {
+            throw host::OpeningFailure{failure.Text};
+        }
         open = true;
     }
     void Close() noexcept override {
@@ -85,7 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::Input input(data, size);
     auto link = std::make_unique<Peer>(input);
     auto& peer = *link;
-    host::InstrumentTransport transport("Conduit.clsFuzz", std::move(link), nullptr, {});
+    host::InstrumentTransport transport("Conduit.clsFuzz", std::move(link), nullptr, {.Wait = [](auto) {}});
     bool afterBlock = false;
     for (int tag = 0; tag < 100 && (tag == 0 || !input.rest.empty()); ++tag) {
         enum Operation { Query, Block, Junk, Reconnect };
@@ -109,7 +113,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         });
         const auto code = raised - platform::ObjectError(0);
         if (raised != 0) {
-            assert(code >= platform::WriteFailed && code <= platform::LinkLost && (peer.disturbed || !peer.patient));
+            assert(code >= platform::WriteFailed && code <= platform::NoConnection);
+            assert(peer.disturbed || !peer.patient);
         } else if (operation <= Block) {
             assert(answer == (peer.stopped ? "" : fuzz::Utf8(peer.answer)));
         }

@@ -37,7 +37,7 @@ struct Bench {
         const auto setting = [&](const char* name) {
             return platform::ToText(link->Settings()->Item(name)->GetValue());
         };
-        return link->Settings()->Name() == "GPIB" ? "GPIB0::" + setting("Primary Address") + "::INSTR"
+        return link->Settings()->Name() == "GPIB" ? "GPIB0::" + setting("Primary Address")
                                                   : "127.0.0.1:" + setting("Port");
     }
     std::string Log() {

@@ -23,8 +23,8 @@ TEST(GpibLink, TellsWhyItCannotConnect) {
         {TEST_VISA, "Primary Address", {}, "\"Primary Address\" is \"\", it must be a number from 0 to 30"},
         {TEST_VISA, "Primary Address", 31, "from 0 to 30"},
         {TEST_VISA, "Secondary Address", 31, "from 0 to 30"},
-        {TEST_VISA, "Board", 1, "No connection to GPIB1::30::INSTR: No listeners (VISA error 0xBFFF005F)"},
-        {TEST_VISA, "Secondary Address", 0, "No connection to GPIB0::30::0::INSTR: No listeners"},
+        {TEST_VISA, "Board", 1, "No connection to GPIB1::30: No listeners (VISA error 0xBFFF005F)"},
+        {TEST_VISA, "Secondary Address", 0, "No connection to GPIB0::30::0: No listeners"},
     };
     for (const auto& row : cases) {
         host::Framework framework;
@@ -34,7 +34,7 @@ TEST(GpibLink, TellsWhyItCannotConnect) {
         link->Settings()->Item("Primary Address")->SetValue(true, true, 30);
         link->Settings()->Item(row.Setting)->SetValue(true, true, row.Value);
         const auto error = Raised([&] { link->Connect(true); });
-        EXPECT_EQ(error.Number, platform::ObjectError(2015));
+        EXPECT_EQ(error.Number, platform::ObjectError(2017));
         EXPECT_THAT(error.Description, HasSubstr(row.Text));
         EXPECT_FALSE(link->IsConnected());
         ASSERT_EQ(framework.TheMessageLog().Count(), 1);

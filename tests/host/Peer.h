@@ -60,12 +60,6 @@ class Peer {
             }
         }
 
-        /// Makes the end of the session a reset.
-        void ResetAtEnd() const {
-            const linger abort{1, 0};
-            setsockopt(socket_, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&abort), sizeof abort);
-        }
-
         bool Ending() const { return peer_.ending_; }
         host::sockets::Handle Socket() const { return socket_; }
 

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "host/Framework.h"
+#include "host/Transports.h"
 #include "tests/host/Raised.h"
 
 namespace {
@@ -73,22 +74,6 @@ class SerialTest : public testing::Test {
     std::shared_ptr<platform::Transport> link_ = framework_.CreateTransport("Conduit.clsComm");
 };
 
-TEST_F(SerialTest, CarriesTextAndBlocks) {
-    Instrument([](auto& command) -> std::string {
-        return command == "BLOCK?" ? std::string("#14\x11\0\x13\xFF\r\n", 9) : "<" + command + ">\xB5\r\n";
-    });
-    link_->Connect(true);
-    EXPECT_TRUE(link_->IsConnected());
-    EXPECT_EQ(link_->ReadString("*IDN?"), "<*IDN?>\xC2\xB5");
-    EXPECT_THAT(link_->ReadBlock(3, "BLOCK?"), testing::ElementsAre('#', '1', '4'));
-    EXPECT_THAT(link_->ReadBlock(4, std::nullopt), testing::ElementsAre(0x11, 0, 0x13, 0xFF));
-    EXPECT_EQ(link_->ReadString("A"), "<A>\xC2\xB5");
-    link_->Connect(false);
-    EXPECT_FALSE(link_->IsConnected());
-    link_->Connect(true);
-    EXPECT_EQ(link_->ReadString("B"), "<B>\xC2\xB5");
-}
-
 TEST_F(SerialTest, PutsTheSettingsIntoEffect) {
     const struct {
         const char* Setting;
@@ -132,28 +117,35 @@ TEST_F(SerialTest, DrainsAnAnswerThatCameTooLate) {
     EXPECT_EQ(link_->ReadString("Q 2"), "A 2");
 }
 
-TEST_F(SerialTest, ReportsALineThatGoes) {
+TEST_F(SerialTest, WaitsForItsTurnAtAPort) {
     link_->Connect(true);
-    close(master_);
-    master_ = -1;
-    link_->SetTimeout(1.0F);
-    EXPECT_EQ(Raised([&] { link_->ReadString("Q"); }).Number, platform::ObjectError(2015));
+    int questions = 0;
+    const auto other = host::CreateTransport("Conduit.clsComm", *framework_.CreateNode(), {.AbortRequested = [&] {
+                                                 if (++questions == 2) link_->Connect(false);
+                                                 return false;
+                                             }});
+    other->Settings()->Item("Comm Port")->SetValue(true, true, 3);
+    other->Connect(true);
+    EXPECT_TRUE(other->IsConnected());
+    EXPECT_EQ(questions, 2);
 }
 
 TEST_F(SerialTest, TellsWhyAPortCannotBeOpened) {
     link_->Connect(true);
     std::filesystem::create_symlink("/dev/null", folder_ / "com4");
+    std::filesystem::create_symlink(folder_ / "com3", folder_ / "com6");
     const struct {
         const char* Setting;
         platform::Value Value;
         const char* Text;
     } cases[] = {
-        {"Comm Port", 3, "in use by another program"},
-        {"Comm Port", "COM5", "com5 cannot be opened"},
-        {"Comm Port", 4, "is no serial line"},
-        {"Comm Port", "", "No serial port is chosen"},
-        {"Comm Port", "-", "There is no serial port \"-\""},
-        {"Baud Rate", 12345, "There is no baud rate of 12345"},
+        {"Comm Port", 3, "No connection to COM3: port in use by this program"},
+        {"Comm Port", 6, "COM6: port in use by another program"},
+        {"Comm Port", "COM5", "COM5: no such port"},
+        {"Comm Port", 4, "COM4: it is no serial line"},
+        {"Comm Port", "", "no serial port is chosen"},
+        {"Comm Port", "-", "no such port"},
+        {"Baud Rate", 12345, "there is no baud rate of 12345"},
         {"Data Bits", 9, "from 7 to 8"},
         {"Parity", "MARK", "must be E, N or O"},
         {"Handshaking", 3, "from 0 to 2"},
@@ -165,7 +157,7 @@ TEST_F(SerialTest, TellsWhyAPortCannotBeOpened) {
         settings->Item("Comm Port")->SetValue(true, true, 3);
         settings->Item(row.Setting)->SetValue(true, true, row.Value);
         const auto error = Raised([&] { other->Connect(true); });
-        EXPECT_EQ(error.Number, platform::ObjectError(2015)) << row.Text;
+        EXPECT_EQ(error.Number, platform::ObjectError(2017)) << row.Text;
         EXPECT_THAT(error.Description, HasSubstr(row.Text));
         EXPECT_FALSE(other->IsConnected());
     }

@@ -5,6 +5,7 @@
 #include <limits>
 #include <thread>
 
+#include "host/FailureWatch.h"
 #include "host/Framework.h"
 #include "tests/host/Raised.h"
 
@@ -105,17 +106,6 @@ TEST(MessageLog, WritesOneLineAnEntry) {
               "--\n");
 }
 
-TEST(MessageLog, TakesEntriesFromSeveralThreads) {
-    host::MessageLog log;
-    const auto work = [&] {
-        for (int i = 0; i < 2000; ++i) log.Log(6, "TARN", "text", "data");
-    };
-    std::thread one(work), two(work);
-    one.join();
-    two.join();
-    EXPECT_EQ(log.Count(), 4000);
-}
-
 TEST(ErrorService, RaisesAndReports) {
     host::Framework framework;
     auto& errors = framework.TheErrorService();
@@ -129,9 +119,39 @@ TEST(ErrorService, RaisesAndReports) {
         EXPECT_EQ(error.Description, wanted.Description);
         EXPECT_EQ(framework.TheMessageLog().Count(), reporting ? 1 : 0);
     }
+    std::thread([&] {
+        EXPECT_TRUE(errors.ErrorReporting());
+        errors.SetErrorReporting(false);
+        errors.SetErrorReporting(true);
+    }).join();
+    EXPECT_FALSE(errors.ErrorReporting());
     errors.SetErrorReporting(true);
     EXPECT_THROW(errors.RaiseDriverError(wanted), platform::AutomationError);
     EXPECT_EQ(framework.TheMessageLog().Entry(1), "1\tclsTarn4x.OnLine\tDriver already on-line\t2002");
+}
+
+TEST(FailureWatch, TellsTheFirstFailureOfItsThread) {
+    host::Framework framework;
+    auto& log = framework.TheMessageLog();
+    for (const bool reporting : {true, false}) {
+        framework.TheErrorService().SetErrorReporting(reporting);
+        log.Clear();
+        {
+            const host::FailureWatch failures(framework.TheErrorService());
+            EXPECT_TRUE(framework.TheErrorService().ErrorReporting());
+            std::thread([&] { log.Log(1, "TARN", "Elsewhere", "COM1: sent nothing"); }).join();
+            log.Log(6, "TARN", "*CLS", "");
+            EXPECT_EQ(failures.Reason(), "");
+            log.Log(1, "TARN", "Receive timed out", "127.0.0.1:5025: sent \"*CLS\"");
+            log.Log(1, "TARN", "No connection to COM2: no such port", "COM2: sent nothing");
+            EXPECT_EQ(failures.Reason(), "127.0.0.1:5025: Receive timed out");
+        }
+        EXPECT_EQ(framework.TheErrorService().ErrorReporting(), reporting);
+        EXPECT_EQ(log.Count(), reporting ? 4 : 2);
+        const host::FailureWatch failures(framework.TheErrorService());
+        log.Log(1, "TARN", "No connection to COM2: no such port", "COM2: sent nothing");
+        EXPECT_EQ(failures.Reason(), "No connection to COM2: no such port");
+    }
 }
 
 TEST(Framework, CreatesTheTransportsWithTheirSettings) {

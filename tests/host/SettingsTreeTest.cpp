@@ -23,7 +23,9 @@ TEST(SettingsValue, ReadsBackTheStoredValue) {
         {Remote, " RS232 ", "Conduit.clsComm", "RS232"},
         {Remote, "Conduit.clsComm", "Conduit.clsComm", "RS232"},
         {Remote, "Other.clsLink", "Other.clsLink", "Other.clsLink"},
-        {Remote, "gpib", "gpib", "gpib"},
+        {Remote, "tcp/ip", "Conduit.clsEthernet", "TCP/IP"},
+        {Remote, "conduit.CLSgpib", "Conduit.clsGPIB", "GPIB"},
+        {"m=milli,M=mega", "M", "mega", "M"},  // as written before in any case
         {YesNo, "Yes", "-1", "Yes"},
         {YesNo, true, "-1", "Yes"},
         {YesNo, false, "0", "No"},

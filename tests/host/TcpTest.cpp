@@ -6,10 +6,17 @@ namespace {
 using testing::HasSubstr;
 using Connection = Peer::Connection;
 
-TEST(TcpLink, FailsOnceForEachAttemptWhenThePeerAlwaysCloses) {
+TEST(TcpLink, IsGivenUpWhenItIsLostAgainAndAgain) {
     Bench bench(Ethernet, {[](Connection&) {}});
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(bench.Failure("Q"), platform::LinkLost);
-    EXPECT_LE(bench.peer.Connections, 4);
+    for (int i = 0; i < 12; ++i) EXPECT_EQ(bench.Failure("Q"), i % 6 < 5 ? 2015 : 2017) << i;
+    EXPECT_LE(bench.peer.Connections, 13);
+    Bench other(Ethernet, {[](Connection& connection) {
+                    if (const auto line = connection.Line(); line != "Q 1") connection.Send(Tagged(line));
+                }});
+    for (int i = 0; i < 12; ++i) {
+        EXPECT_EQ(other.Failure("Q 1"), i % 6 < 5 ? 2015 : 2017) << i;
+        EXPECT_EQ(other.Query("Q 2"), "A 2");  // says nothing about the other
+    }
 }
 
 TEST(TcpLink, RefusesACallFromWithinAnother) {
@@ -28,7 +35,7 @@ TEST(TcpLink, RefusesACallFromWithinAnother) {
     link->Settings()->Item("Port")->SetValue(true, true, peer.Port);
     link->Connect(true);
     EXPECT_EQ(link->ReadString(std::nullopt), "");
-    EXPECT_EQ(inner, platform::ObjectError(2013));
+    EXPECT_EQ(inner, platform::ObjectError(2017));
     link.reset();
 }
 
@@ -52,7 +59,7 @@ TEST(TcpLink, ConnectsByNameAndByEitherAddress) {
         EXPECT_EQ(link->ReadString("Q 1"), "A 1") << row.Host;
         link->Connect(false);
         EXPECT_FALSE(link->IsConnected());
-        EXPECT_EQ(Raised([&] { link->WriteString("Q 2"); }).Number, platform::ObjectError(2015));
+        EXPECT_EQ(Raised([&] { link->WriteString("Q 2"); }).Number, platform::ObjectError(2017));
     }
 }
 
@@ -67,18 +74,18 @@ TEST(TcpLink, TellsWhyItCannotConnect) {
         platform::Value Value;
         std::string Text;
     } cases[] = {
-        {"Port", closedPort, "127.0.0.1:" + std::to_string(closedPort)},
+        {"Port", closedPort, "No connection to 127.0.0.1:" + std::to_string(closedPort) + ": connection refused"},
         {"Port", "abc", "\"abc\", it must be a number from 1 to 65535"},
         {"Port", 65536, "must be a number"},
         {"Connect Timeout", "soon", "\"Connect Timeout\""},
-        {"Host", "no such host.invalid", "no such host.invalid"},
+        {"Host", "no such host.invalid", "No connection to no such host.invalid:5025: name unknown"},
     };
     for (const auto& row : cases) {
         host::Framework framework;
         const auto link = framework.CreateTransport("Conduit.clsEthernet");
         link->Settings()->Item(row.Setting)->SetValue(true, true, row.Value);
         const auto error = Raised([&] { link->Connect(true); });
-        EXPECT_EQ(error.Number, platform::ObjectError(2015));
+        EXPECT_EQ(error.Number, platform::ObjectError(2017));
         EXPECT_THAT(error.Description, HasSubstr(row.Text));
         EXPECT_FALSE(link->IsConnected());
         EXPECT_EQ(framework.TheMessageLog().Count(), 1);
@@ -96,7 +103,7 @@ TEST(TcpLink, GivesUpADeadAddress) {
         try {
             link->Connect(true);
         } catch (const platform::AutomationError& error) {
-            EXPECT_EQ(error.Number, platform::ObjectError(2015));
+            EXPECT_EQ(error.Number, platform::ObjectError(2017));
             EXPECT_THAT(error.Description, HasSubstr("no reply in time"));
             return;
         }

@@ -9,21 +9,18 @@
 #include <string>
 #include <thread>
 
+#include "host/SettingsTree.h"
+#include "host/TcpLink.h"
 #include "host/VisaRuntime.h"
 #ifdef _WIN32
-#include "host/SocketsWindows.h"
 #define EXPORT extern "C" __declspec(dllexport)
 #else
-#include <arpa/inet.h>
-
-#include "host/SocketsPosix.h"
 #define EXPORT extern "C"
 #endif
 
 namespace {
 
 using namespace host::visa;
-namespace sockets = host::sockets;
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
@@ -34,58 +31,45 @@ struct Instrument {
     Object Manager = 0;
     std::string Resource = {};
     milliseconds Timeout{2000};
-    std::optional<sockets::Handle> Socket = {};
     std::string Received = {};
     bool Asked = false;  ///< a query (not "SET...") came, and no END since
+    std::shared_ptr<host::SettingsNode> Settings = std::make_shared<host::SettingsNode>();
+    host::TcpLink Link{Settings};
 
-    Instrument(Object manager, std::string resource) : Manager(manager), Resource(std::move(resource)) {}
-    Instrument(const Instrument&) = delete;
-    Instrument& operator=(const Instrument&) = delete;
-    ~Instrument() { Disconnect(); }
-
-    void Disconnect() {
-        if (Socket) sockets::Close(*Socket);
-        Socket.reset();
-        Received.clear();
+    Instrument(Object manager, std::string resource) : Manager(manager), Resource(std::move(resource)) {
+        Settings->AddSetting("Port", 1, 4, "");
     }
 
     /// 0 when there is no such instrument.
-    std::uint16_t Port() const {
+    int Port() const {
         const char* peers = std::getenv("VISA_PEERS");
         const auto list = ' ' + std::string(peers ? peers : "");
         const auto found = list.find(' ' + Resource + '=');
-        return found == std::string::npos
-                   ? std::uint16_t{0}
-                   : static_cast<std::uint16_t>(std::atoi(list.c_str() + found + Resource.size() + 2));
+        return found == std::string::npos ? 0 : std::atoi(list.c_str() + found + Resource.size() + 2);
     }
 
     Status Connect() {
-        Disconnect();
-        const auto socket = ::socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(Port());
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        if (connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-            sockets::Close(socket);
+        Link.Close();
+        Received.clear();
+        Settings->Item("Port")->SetValue(true, true, Port());
+        const host::TransportServices none;
+        host::Patience patience(1.0, none);
+        try {
+            Link.Open(patience);
+        } catch (const host::OpeningFailure&) {
             return NoListeners;
         }
-        sockets::MakeNonBlocking(socket);
-        const int on = 1;
-        setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
-        Socket = socket;
         return EndReceived;
     }
 
-    /// Takes in what has arrived within the time.
+    /// Takes in what arrives within the time.
     void Receive(milliseconds time) {
-        if (!Socket || !sockets::WaitReadable(*Socket, time)) return;
-        char bytes[65536];
-        const auto count = recv(*Socket, bytes, sizeof bytes, 0);
-        if (count > 0) Received.append(bytes, static_cast<std::size_t>(count));
-        if (count == 0 || (count < 0 && !sockets::WouldBlock(sockets::LastError()))) {
-            sockets::Close(*Socket);  // switched off
-            Socket.reset();
+        if (!Link.IsOpen()) return std::this_thread::sleep_for(time);
+        std::uint8_t bytes[65536];
+        try {
+            Received.append(bytes, bytes + Link.Read(bytes, time));
+        } catch (const host::LinkFailure&) {
+            Link.Close();  // switched off
         }
     }
 };
@@ -112,7 +96,6 @@ milliseconds Rest(Clock::time_point end) {
 }  // namespace
 
 EXPORT Status VISA_CALL viOpenDefaultRM(Object* manager) {
-    sockets::Start();
     const std::lock_guard lock(mutex);
     *manager = Insert();
     return EndReceived;
@@ -152,8 +135,8 @@ EXPORT Status VISA_CALL viRead(Object object, std::uint8_t* bytes, std::uint32_t
         instrument->Asked = false;
         return EndReceived;
     };
-    for (const auto end = Clock::now() + instrument->Timeout;;) {
-        instrument->Receive({});
+    const auto end = Clock::now() + instrument->Timeout;
+    for (instrument->Receive({});; instrument->Receive(Rest(end))) {
         const auto mark = received.find(End);
         const auto ready = std::min<std::size_t>(std::min(mark, received.size()), size - *count);
         std::copy_n(received.begin(), ready, bytes + *count);
@@ -165,13 +148,7 @@ EXPORT Status VISA_CALL viRead(Object object, std::uint8_t* bytes, std::uint32_t
         }
         if (received.empty() && ready > 0 && bytes[*count - 1] == '\n') return ended();
         if (*count == size) return CountReached;
-        const auto rest = Rest(end);
-        if (rest.count() == 0) return TimedOut;
-        if (instrument->Socket) {
-            sockets::WaitReadable(*instrument->Socket, rest);
-        } else {
-            std::this_thread::sleep_for(rest);
-        }
+        if (Rest(end).count() == 0) return TimedOut;
     }
 }
 
@@ -180,14 +157,16 @@ EXPORT Status VISA_CALL viWrite(Object object, const std::uint8_t* bytes, std::u
     auto* instrument = Find(object);
     if (!instrument) return NoSuchObject;
     instrument->Receive({});
-    if (!instrument->Socket && instrument->Connect() != EndReceived) return NoListeners;
+    if (!instrument->Link.IsOpen() && instrument->Connect() != EndReceived) return NoListeners;
     instrument->Asked = !std::string_view(reinterpret_cast<const char*>(bytes), size).starts_with("SET");
-    for (const auto end = Clock::now() + instrument->Timeout; *count < size;) {
-        if (!sockets::WaitWritable(*instrument->Socket, Rest(end))) return TimedOut;
-        const auto sent = send(*instrument->Socket, reinterpret_cast<const char*>(bytes + *count),
-                               static_cast<sockets::Length>(size - *count), sockets::SendFlags);
-        if (sent < 0 && !sockets::WouldBlock(sockets::LastError())) return InputOutputError;
-        if (sent > 0) *count += static_cast<std::uint32_t>(sent);
+    try {
+        for (const auto end = Clock::now() + instrument->Timeout; *count < size;) {
+            const auto sent = instrument->Link.Write({bytes + *count, size - *count}, Rest(end));
+            if (sent == 0) return TimedOut;
+            *count += static_cast<std::uint32_t>(sent);
+        }
+    } catch (const host::LinkFailure&) {
+        return InputOutputError;
     }
     return EndReceived;
 }

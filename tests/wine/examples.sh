@@ -32,11 +32,13 @@ example() { script_host "$bitness" "$root/examples/$1" "/port:$simulator_port" /
 expect first-measurement "Crest factor, present" example first-measurement.vbs
 expect survey " values, 0 errors" example survey.vbs
 expect statistics "Monitored for                     1 s" example statistics.vbs /seconds:1
+expect JScript "800407E0: Wrong measurement mode selected" example measure.js
 expect "early-bound C++" "MER (rms)" wine_run "$build/$(preset_of "$bitness")/bin/measure.exe" 127.0.0.1 "$simulator_port"
+expect "late-bound C++" "MeasureOfdmMerRmsDb" wine_run "$build/$(preset_of "$bitness")/bin/measure-late.exe" 127.0.0.1 "$simulator_port"
 # The screen as another program sees it: 320 by 240 dots, more than one colour.
 expect screenshot "Saved as" example screenshot.vbs "/file:$(windows_path "$work/screen.pcx")"
 expect "the saved screen" "320 by 240" bash -c "pcxtoppm '$work/screen.pcx' | pnmfile"
-expect "no receiver" "The receiver does not answer." script_host "$bitness" "$root/examples/survey.vbs" /port:1 /simulated
+expect "no receiver" "does not answer: No connection to 127.0.0.1:1: connection refused" script_host "$bitness" "$root/examples/survey.vbs" /port:1 /simulated
 
 say "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

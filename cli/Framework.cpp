@@ -1,0 +1,65 @@
+#include "cli/Framework.h"
+
+#include <algorithm>
+
+#include "cli/SimulatedLink.h"
+#include "host/InstrumentTransport.h"
+#include "host/SettingsTree.h"
+
+namespace cli {
+
+namespace {
+
+/// A line that opens and that nobody answers on.
+class SilentLine final : public host::ByteLink {
+  public:
+    void Open(host::Patience&) override { open_ = true; }
+    void Close() noexcept override { open_ = false; }
+    bool IsOpen() const override { return open_; }
+    std::string Address() const override { return "a silent line"; }
+    std::size_t Write(std::span<const std::uint8_t> bytes, Milliseconds) override { return bytes.size(); }
+    std::size_t Read(std::span<std::uint8_t>, Milliseconds) override { return 0; }
+    void Resynchronise(host::Patience&) override {}
+
+  private:
+    bool open_ = false;
+};
+
+}  // namespace
+
+Framework::Framework(std::optional<unsigned> seed) {
+    if (seed) simulator_ = std::make_unique<sim::Simulator>(sim::Options{.configuration = {.seed = *seed}});
+}
+
+std::shared_ptr<platform::Transport> Framework::CreateTransport(std::string_view progId) {
+    const auto create = [&](std::unique_ptr<host::ByteLink> link, std::shared_ptr<platform::SettingsNode> settings) {
+        return std::make_shared<host::InstrumentTransport>(progId, std::move(link), std::move(settings), Services());
+    };
+    if (simulator_ && !silentPorts_) {
+        return create(std::make_unique<SimulatedLink>(*simulator_),
+                      std::make_shared<host::SettingsNode>("TCP/IP", 0, 0));
+    }
+    auto transport = host::CreateTransport(progId, *CreateNode(), Services());
+    if (!silentPorts_ || progId != "Conduit.clsComm") return transport;
+    return create(std::make_unique<SilentLine>(), transport->Settings());
+}
+
+host::TransportServices Framework::Services() {
+    return {.AbortRequested = [this] { return application_.AbortRequested(); },
+            .Log =
+                [this](std::int16_t kind, std::string_view source, std::string_view text, std::string_view data) {
+                    if (kind == host::FailureEntry) NoteDown(text, data);
+                    TheMessageLog().Log(kind, source, text, data);
+                },
+            .ErrorReporting = [this] { return TheErrorService().ErrorReporting(); }};
+}
+
+/// The data begins with the address of the link and, where there is more, a colon.
+void Framework::NoteDown(std::string_view text, std::string_view data) {
+    const auto address = data.substr(0, data.find(": "));
+    std::string note(text);
+    if (text.find(address) == text.npos) note.append(" (").append(address).append(")");
+    if (std::ranges::find(linkNotes_, note) == linkNotes_.end()) linkNotes_.push_back(std::move(note));
+}
+
+}  // namespace cli
