@@ -21,7 +21,6 @@ long PowerOfTen(std::string_view text) {
     const auto e = text.find('e');
     const auto mantissa = text.substr(0, e);
     const auto digit = mantissa.find_first_of("123456789");
-    if (digit == std::string_view::npos) return 0;
     const auto point = std::min(mantissa.find('.'), mantissa.size());
     const long place = static_cast<long>(point) - static_cast<long>(digit) - (digit < point ? 1 : 0);
     if (e == std::string_view::npos) return place;
