@@ -21,6 +21,7 @@ std::vector<NamedPort> NamedPorts() {
     }
     std::ifstream file(fs::is_regular_file(place, none) ? place : fs::path());
     for (std::string line; std::getline(file, line);) {
+        std::erase_if(line, [](char c) { return c == ' ' || c == '\t' || c == '\r'; });
         const auto equals = line.find('=');
         if (equals != line.npos && line[0] != '#') ports.push_back({line.substr(0, equals), line.substr(equals + 1)});
     }
