@@ -83,6 +83,8 @@ def bounds():
         yield f"throughput-of-1-driver-over-8-{name}", ratio(where, "1 drivers", "8 drivers"), 1.0
         yield f"throughput-of-64-bare-over-drivers-{name}", ratio(where, "64 bare", "64 drivers"), 1.1
         yield f"memory-of-a-driver-64-over-8-{name}", ratio(where, "64 drivers, memory of one", "8 drivers, memory of one"), 1.1
+    yield "tarn4x-get-simulated-ms", FIGURES[OTHERS, "tarn4x simulated"].p50 / 1000, 50
+    yield "tarn4x-get-minus-read-ms", (FIGURES[OTHERS, "tarn4x"].p50 - FIGURES[NATIVE, "read"].p50) / 1000, 30
     yield "parse-bare-ns", CORE["ParseNumber/bare"][0], 150
     yield "parse-typical-ns", CORE["ParseNumber/typical"][0], 150
     yield "parse-allocations", max(CORE["ParseNumber/bare"][1], CORE["ParseNumber/typical"][1]), 0
@@ -186,7 +188,12 @@ The same two exchanges as a user of other programs has them, on Linux:
 {table(["", "p50 / p99"],
        ["pyvisa-py, two `query` calls", microseconds(FIGURES[OTHERS, "pyvisa-py"])],
        ["`lxi benchmark`, two of its requests", f"{FIGURES[OTHERS, 'lxi benchmark'].p50:,.1f}"],
-       ["`lxi scpi`, two calls from a program", microseconds(FIGURES[OTHERS, "lxi scpi"])])}
+       ["`lxi scpi`, two calls from a program", microseconds(FIGURES[OTHERS, "lxi scpi"])],
+       ["`tarn4x get`, a call from a program, without the pauses", microseconds(FIGURES[OTHERS, "tarn4x"])],
+       ["`tarn4x --simulated get`, the same", microseconds(FIGURES[OTHERS, "tarn4x simulated"])])}
+
+A call of `tarn4x` counts from its start to its end. Beside the read it goes on-line and off-line (three commands) and
+asks for the unit of the level, each with a look at the error queue.
 
 ## Calls without the instrument, microseconds (p50 / p99)
 

@@ -5,27 +5,9 @@
 #include "cli/SimulatedLink.h"
 #include "host/InstrumentTransport.h"
 #include "host/SettingsTree.h"
+#include "host/SilentLink.h"
 
 namespace cli {
-
-namespace {
-
-/// A line that opens and that nobody answers on.
-class SilentLine final : public host::ByteLink {
-  public:
-    void Open(host::Patience&) override { open_ = true; }
-    void Close() noexcept override { open_ = false; }
-    bool IsOpen() const override { return open_; }
-    std::string Address() const override { return "a silent line"; }
-    std::size_t Write(std::span<const std::uint8_t> bytes, Milliseconds) override { return bytes.size(); }
-    std::size_t Read(std::span<std::uint8_t>, Milliseconds) override { return 0; }
-    void Resynchronise(host::Patience&) override {}
-
-  private:
-    bool open_ = false;
-};
-
-}  // namespace
 
 Framework::Framework(std::optional<unsigned> seed) {
     if (seed) simulator_ = std::make_unique<sim::Simulator>(sim::Options{.configuration = {.seed = *seed}});
@@ -41,7 +23,7 @@ std::shared_ptr<platform::Transport> Framework::CreateTransport(std::string_view
     }
     auto transport = host::CreateTransport(progId, *CreateNode(), Services());
     if (!silentPorts_ || progId != "Conduit.clsComm") return transport;
-    return create(std::make_unique<SilentLine>(), transport->Settings());
+    return create(std::make_unique<host::SilentLink>(), transport->Settings());
 }
 
 host::TransportServices Framework::Services() {

@@ -1,14 +1,30 @@
+#include <algorithm>
+
 #include "cli/Commands.h"
 #include "cli/SerialPorts.h"
 
 namespace cli {
 
+namespace {
+
+/// The ports that --serial takes: a name that the user gave takes the place of the system's.
+std::vector<host::NamedPort> AllPorts() {
+    auto ports = host::NamedPorts();
+    for (auto& port : SystemPorts()) {
+        if (std::ranges::find(ports, port.Name, &host::NamedPort::Name) == ports.end()) ports.push_back(port);
+    }
+    std::ranges::sort(ports, {}, [](const auto& port) { return std::pair(port.Name.size(), port.Name); });
+    return ports;
+}
+
+}  // namespace
+
 Outcome ListPorts(Context& context) {
     Outcome outcome;
     std::vector<std::vector<std::string>> rows;
-    for (const auto& [name, device] : AllSerialPorts()) {
-        outcome.Results.push_back({{"port", name}, {"device", device}});
-        rows.push_back({name, device == name ? "" : device});
+    for (const auto& [name, target] : AllPorts()) {
+        outcome.Results.push_back({{"port", name}, {"device", target}});
+        rows.push_back({name, target == name ? "" : target});
     }
     if (context.Out.IsJson()) return outcome;
     for (const auto& line : InColumns(rows)) context.Out.Line(line);

@@ -1,17 +1,12 @@
 #pragma once
 
-#include <string>
 #include <vector>
+
+#include "host/NamedPorts.h"
 
 namespace cli {
 
-/// A serial port as --serial takes it.
-struct SerialPort {
-    std::string Name;
-    std::string Device;  ///< what it is a name for
-};
-
-/// The serial ports that the system knows of, and those that have been given a name. None is opened.
-std::vector<SerialPort> AllSerialPorts();
+/// The serial ports that the system knows of, with their devices. None is opened.
+std::vector<host::NamedPort> SystemPorts();
 
 }  // namespace cli

@@ -1,5 +1,3 @@
-#include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -7,12 +5,11 @@
 
 namespace cli {
 
-namespace {
-
 namespace fs = std::filesystem;
 
-/// The devices of the system. A port that is only prepared for, without a chip behind it, has type 0.
-void AddDevices(std::vector<SerialPort>& ports) {
+// A port that is only prepared for, without a chip behind it, has type 0.
+std::vector<host::NamedPort> SystemPorts() {
+    std::vector<host::NamedPort> ports;
     std::error_code none;
     for (const auto& entry : fs::directory_iterator("/sys/class/tty", none)) {
         if (!fs::exists(entry.path() / "device", none)) continue;
@@ -21,26 +18,6 @@ void AddDevices(std::vector<SerialPort>& ports) {
         const auto device = "/dev/" + entry.path().filename().string();
         if (type != 0 && fs::exists(device, none)) ports.push_back({device, device});
     }
-}
-
-/// Ports of a name, in the folder that the environment variable tells.
-void AddNamed(std::vector<SerialPort>& ports) {
-    const char* folder = std::getenv("CONDUIT_PORTS");
-    if (!folder) return;
-    std::error_code none;
-    for (const auto& entry : fs::directory_iterator(folder, none)) {
-        const auto device = fs::is_symlink(entry, none) ? fs::read_symlink(entry, none) : entry.path();
-        ports.push_back({entry.path().filename().string(), device.string()});
-    }
-}
-
-}  // namespace
-
-std::vector<SerialPort> AllSerialPorts() {
-    std::vector<SerialPort> ports;
-    AddDevices(ports);
-    AddNamed(ports);
-    std::ranges::sort(ports, {}, &SerialPort::Name);
     return ports;
 }
 

@@ -1,6 +1,5 @@
 #include <windows.h>
 
-#include <algorithm>
 #include <string_view>
 
 #include "cli/SerialPorts.h"
@@ -8,8 +7,8 @@
 namespace cli {
 
 // Windows names its serial ports COM1, COM2 and so on, among the other devices of DOS.
-std::vector<SerialPort> AllSerialPorts() {
-    std::vector<SerialPort> ports;
+std::vector<host::NamedPort> SystemPorts() {
+    std::vector<host::NamedPort> ports;
     std::vector<char> names(1 << 20);
     if (QueryDosDeviceA(nullptr, names.data(), static_cast<DWORD>(names.size())) == 0) return ports;
     for (const char* name = names.data(); *name; name += std::string_view(name).size() + 1) {
@@ -20,7 +19,6 @@ std::vector<SerialPort> AllSerialPorts() {
         if (QueryDosDeviceA(name, device, sizeof device) == 0) continue;  // unplugged meanwhile
         ports.push_back({name, device});
     }
-    std::ranges::sort(ports, {}, [](const SerialPort& port) { return std::stoi(port.Name.substr(3)); });
     return ports;
 }
 

@@ -88,7 +88,7 @@ class TableView final : public WatchView {
         for (std::size_t i = 0; i < sample.Readings.size(); ++i) {
             const auto& reading = sample.Readings[i];
             trends_[i].Add(reading.Number());
-            shown_[i] = {reading.Asked.Name, reading.Error ? reading.Error->Description : reading.Text()};
+            shown_[i] = {reading.Asked.Name, Clean(reading.Error ? reading.Error->Description : reading.Text())};
         }
         if (sample.Outage) {
             notice_ = sample.Outage->Description;

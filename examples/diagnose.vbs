@@ -1,9 +1,10 @@
 ' Checks an installation and says what to do where something is wrong. It speaks for the bitness of the script host that
 ' runs it: a 32-bit program needs what C:\Windows\SysWOW64\cscript.exe finds, a 64-bit one what System32's finds.
 '
-'   cscript //nologo diagnose.vbs [/host:ADDRESS] [/port:5025]
+'   cscript //nologo diagnose.vbs [/host:ADDRESS] [/port:5025] [/placeholder]
 '
-' /host   takes the driver on-line with the receiver at that address too
+' /host         takes the driver on-line with the receiver at that address too
+' /placeholder  names a serial port on which nobody answers, for a PC without serial ports
 '
 ' Every line begins with "ok", "FAILED", or "note" for what matters to some users only. The exit code is the number of
 ' failures.
@@ -39,6 +40,9 @@ Else
         "-bit VISA runtime of the GPIB interface's maker."
 End If
 
+' The driver looks for COM1 to COM16; the last of them is the least likely to be a real one.
+Const namedPorts = "HKCU\Software\Conduit\Ports", placeholder = "COM16"
+If HasOption("placeholder") Then NamePlaceholder
 If CreateDriver() Then
     CheckSerialPorts
     If Argument("host", "") <> "" Then
@@ -121,13 +125,27 @@ Function CreateDriver()
     ElseIf Err.Number = 380 Then
         Failed "The driver cannot be created: this PC has no free serial port, COM1 to COM16.", _
             "The driver lists the serial ports when it is created and needs at least one, even if the receiver is " & _
-            "reached over TCP/IP. Plug in a USB serial adapter, switch the on-board port on in the BIOS, or install " & _
-            "a virtual serial port; close the programs that hold a port open."
+            "reached over TCP/IP. Plug in a USB serial adapter, switch the on-board port on in the BIOS, or close the " & _
+            "programs that hold a port open. If no receiver is on a serial port, name one on which nobody answers, " & _
+            "by calling this script with /placeholder, or by" & vbCrLf & _
+            "          reg add " & namedPorts & " /v " & placeholder & " /d none"
     Else
         Failed "The driver cannot be created: " & Err.Description & " (" & Hex(Err.Number) & ")", _
             "Cure what failed above first. The driver needs Seamlib, Seamcfg and Conduit in the same bitness."
     End If
 End Function
+
+Sub NamePlaceholder()
+    Dim target
+    target = ReadKey(namedPorts & "\" & placeholder)
+    If target = "" Then
+        shell.RegWrite namedPorts & "\" & placeholder, "none", "REG_SZ"
+        Passed placeholder & " is now a serial port on which nobody answers, for this user: written to " & namedPorts
+    Else
+        Note placeholder & " was named before: " & target, "It is left as it is."
+    End If
+    WScript.Echo "          It goes with: reg delete " & namedPorts & " /v " & placeholder & " /f"
+End Sub
 
 Sub CheckSerialPorts()
     On Error Resume Next
@@ -208,6 +226,14 @@ Sub Failed(text, cure)
     WScript.Echo "FAILED  " & text
     WScript.Echo "          What helps: " & cure
 End Sub
+
+Function HasOption(name)
+    Dim i
+    HasOption = False
+    For i = 0 To WScript.Arguments.Count - 1
+        If LCase(WScript.Arguments.Item(i)) = "/" & name Then HasOption = True
+    Next
+End Function
 
 Function Argument(name, default)
     Dim i, text

@@ -24,9 +24,6 @@ auto& turns = *new std::map<std::string, Patience::Clock::time_point>;
 
 SerialSettings Read(platform::SettingsNode& settings) {
     SerialSettings read{};
-    read.Port = SettingText(settings, "Comm Port");
-    if (read.Port.starts_with("COM")) read.Port.erase(0, 3);
-    if (read.Port.empty()) throw OpeningFailure{"no serial port is chosen in \"Comm Port\""};
     read.BaudRate = SettingNumber(settings, "Baud Rate", 1, 4'000'000);
     read.DataBits = SettingNumber(settings, "Data Bits", 7, 8);
     const auto parity = SettingText(settings, "Parity");
@@ -44,7 +41,7 @@ SerialSettings Read(platform::SettingsNode& settings) {
 
 void SerialLink::Open(Patience& patience) {
     const auto settings = host::Read(*settings_);
-    const auto path = PathOf(settings.Port);
+    const auto path = PathOf(name_);
     TakeTurn(path, patience);
     try {
         OpenLine(path);
@@ -64,11 +61,6 @@ void SerialLink::Close() noexcept {
     path_.clear();
 }
 
-std::string SerialLink::Address() const {
-    const auto port = SettingText(*settings_, "Comm Port");
-    return port.starts_with('/') || port.starts_with("COM") ? port : "COM" + port;
-}
-
 // Threads that look at the same time which lines there are must not hide the lines from each other.
 void SerialLink::TakeTurn(const std::string& path, const Patience& patience) {
     for (auto turn = patience.AtMost(LongestLook);; turn.Pause(TurnPause)) {
@@ -85,12 +77,12 @@ void SerialLink::TakeTurn(const std::string& path, const Patience& patience) {
     }
 }
 
-void SerialLink::Resynchronise(Patience& patience) {
-    if (!IsOpen()) return;
+void ReadUntilQuiet(ByteLink& link, Patience& patience) {
+    if (!link.IsOpen()) return;
     std::array<std::uint8_t, 512> waste;
     for (auto heard = Patience::Clock::now(); Patience::Clock::now() - heard < Quiet;) {
         const bool over = patience.Over();
-        if (Read(waste, patience.Slice()) > 0) {
+        if (link.Read(waste, patience.Slice()) > 0) {
             heard = Patience::Clock::now();
             if (over) throw LinkFailure{platform::ProtocolBroken, "The instrument does not stop sending"};
         } else if (over) {

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <system_error>
 
 #include "host/SerialLink.h"
@@ -61,11 +62,12 @@ LinkFailure Failure(platform::TransportError code, const char* doing) {
 
 }  // namespace
 
-std::string SerialLink::PathOf(const std::string& port) {
-    if (port.starts_with('/')) return port;
-    const int number = std::atoi(port.c_str());
-    if (number < 1 || number > 256) throw OpeningFailure{"no such port"};
-    if (const char* folder = std::getenv("CONDUIT_PORTS")) return std::string(folder) + "/com" + std::to_string(number);
+std::string SerialLink::PathOf(const std::string& name) {
+    if (name.starts_with('/')) return name;
+    const int number = name.starts_with("COM") ? std::atoi(name.c_str() + 3) : 0;
+    const char* named = std::getenv("CONDUIT_PORTS");
+    const bool isReplaced = named && !std::filesystem::is_regular_file(named);
+    if (number < 1 || number > 256 || isReplaced) throw OpeningFailure{"no such port"};
     return "/dev/ttyS" + std::to_string(number - 1);
 }
 

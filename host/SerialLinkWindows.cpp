@@ -48,7 +48,7 @@ DWORD BytesWaiting(std::intptr_t line) {
 
 }  // namespace
 
-std::string SerialLink::PathOf(const std::string& port) { return R"(\\.\COM)" + port; }
+std::string SerialLink::PathOf(const std::string& name) { return name.starts_with('\\') ? name : R"(\\.\)" + name; }
 
 void SerialLink::OpenLine(const std::string& path) {
     line_ = reinterpret_cast<std::intptr_t>(

@@ -10,7 +10,7 @@ namespace host {
 /// A TCP connection to "Host" (name, IPv4 or IPv6 address) and "Port", opened within "Connect Timeout" seconds. Looking
 /// up a name takes as long as the system's resolver takes. Out of step it is closed, so that nothing late arrives.
 /// Settings without "Host" mean this PC, and 5 seconds.
-class TcpLink final : public ByteLink {
+class TcpLink : public ByteLink {
   public:
     explicit TcpLink(std::shared_ptr<platform::SettingsNode> settings) : settings_(std::move(settings)) {}
     ~TcpLink() override { Close(); }

@@ -1,8 +1,8 @@
 #include "host/Transports.h"
 
+#include "host/CommLink.h"
 #include "host/FrontPanelTransport.h"
 #include "host/GpibLink.h"
-#include "host/SerialLink.h"
 #include "host/TcpLink.h"
 
 namespace host {
@@ -51,7 +51,7 @@ std::shared_ptr<platform::Transport> CreateTransport(std::string_view progId, pl
                                      {"Parity", "N", "EVEN=E,NO=N,ODD=O"},
                                      {"Stop Bits", "1", "1=1,2=2"},
                                      {"Handshaking", "0", "NO=0,XON/XOFF=1,HARDWARE=2"}});
-        return transport(settings, std::make_unique<SerialLink>(settings));
+        return transport(settings, std::make_unique<CommLink>(settings));
     }
     if (progId == "Conduit.clsGPIB") {
         const auto settings =

@@ -11,6 +11,11 @@ import uuid
 import xml.etree.ElementTree as xml
 
 FEATURES = {"Driver": ["XTarn4x"], "Framework": ["Seamcfg", "Seamlib", "Conduit"]}
+PROGRAMS = {"CommandLine": "tarn4x.exe", "Simulator": "tarn4x-sim.exe"}
+# title and level of the installer's features; 2 is for those that have to be asked for
+TITLES = {"Driver": ("Driver", 1), "Framework": ("Stand-alone framework", 1), "CommandLine": ("Command line", 1),
+          "Simulator": ("Simulated receiver", 1), "Documents": ("Examples and documents", 1),
+          "SerialPlaceholder": ("A serial port without a receiver, for a PC without serial ports", 2)}
 # processor, bitness of the registry and of the program folder
 PLATFORMS = {"x64": ("amd64", "yes", "ProgramFiles64Folder"), "x86": ("x86", "no", "ProgramFilesFolder")}
 # The identities of components follow from their names, so that a later version replaces the same ones.
@@ -85,10 +90,15 @@ def identifier(*names):
     return "_" + re.sub(r"[^A-Za-z0-9]", "_", "_".join(names))
 
 
-def add_file(parent, path, name, win64="yes"):
-    """One component with one file; its identity follows from the name."""
+def add_component(parent, name, win64="yes"):
+    """Its identity follows from the name."""
     guid = str(uuid.uuid5(UPGRADE_CODE, name)).upper()
-    component = element(parent, "Component", Id=identifier("c", name), Guid=guid, Win64=win64)
+    return element(parent, "Component", Id=identifier("c", name), Guid=guid, Win64=win64)
+
+
+def add_file(parent, path, name, win64="yes"):
+    """One component with one file."""
+    component = add_component(parent, name, win64)
     element(component, "File", Id=identifier("f", name), Name=path.name, Source=f"XTarn4x/{name}", KeyPath="yes")
     return component
 
@@ -102,6 +112,25 @@ def add_registry(component, rows):
         escaped = re.sub(r"([{}])", r"[\\\1]", key)
         element(component, "RegistryValue", Id=f"{component.get('Id')}_{index}", Root="HKCR", Key=escaped,
                 Type="string", Value=data, **attributes)
+
+
+def add_menu_entry(target, component, name, description):
+    """A shortcut among the programs of the Start menu to the component's file; returns what completes it."""
+    menu = element(target, "Directory", Id="ProgramMenuFolder")
+    element(menu, "Directory", Id="MENU", Name="XTarn4x")
+    file, identity = component.find("File"), identifier("m", name)
+    element(file, "Shortcut", Id=identity, Directory="MENU", Name=name, Description=description)
+    element(component, "RemoveFolder", Id="MENU", On="uninstall")
+    return [update("Shortcut", "Shortcut", identity, Target=f"[#{file.get('Id')}]"),
+            update("RemoveFile", "FileKey", "MENU", DirProperty="MENU")]
+
+
+def add_placeholder(target):
+    """The component that names a serial port on which nobody answers, for the user who installs."""
+    component = add_component(target, "placeholder")
+    element(component, "RegistryValue", Id="placeholder", Root="HKCU", Key="Software\\Conduit\\Ports", Name="COM16",
+            Type="string", Value="none", KeyPath="yes")
+    return component
 
 
 def give_way(product, component, rows):
@@ -148,9 +177,10 @@ def write_installer(stage, version):
     target = element(product, "Directory", Id="TARGETDIR", Name="SourceDir")
 
     # What wixl does not know: conditions of components, versions of files (a file without one never replaces one with),
-    # and which properties go along from the user's part of an installation to the administrator's.
+    # shortcuts that lead to a file, folders to be removed, and which properties go along from the user's part of an
+    # installation to the administrator's.
     completion = []
-    contents = {"Driver": [], "Framework": [], "Documents": []}
+    contents = {feature: [] for feature in TITLES}
     for platform, (_, win64, programs) in PLATFORMS.items():
         home = element(element(target, "Directory", Id=programs), "Directory", Id=f"HOME_{platform}", Name="XTarn4x")
         for feature, names in FEATURES.items():
@@ -164,16 +194,21 @@ def write_installer(stage, version):
                 if feature == "Framework":
                     condition = give_way(product, name, rows)
                     completion.append(update("Component", "Component", identity, Condition=condition))
+        for feature, name in PROGRAMS.items() if (files / platform).exists() else []:
+            contents[feature].append(add_file(home, files / platform / name, f"{platform}/{name}", win64))
         if platform == "x64":
             contents["Documents"] = add_documents(home, files, "")
+            completion += add_menu_entry(target, contents["Simulator"][0], "Simulated receiver",
+                                         "A Tarn 4x receiver that answers at 127.0.0.1, port 5025")
+            contents["SerialPlaceholder"] = [add_placeholder(home)]
     secure = ["WIX_DOWNGRADE_DETECTED", "WIX_UPGRADE_DETECTED", "TAKEOVER"]
     secure += [known.get("Id") for known in product.findall("Property")]
     completion.append(update("Property", "Property", "SecureCustomProperties", Value=";".join(secure)))
     (stage / "completion.sql").write_text("".join(completion))
 
-    titles = {"Driver": "Driver", "Framework": "Stand-alone framework", "Documents": "Examples and documents"}
     for name, components in contents.items():
-        feature = element(product, "Feature", Id=name, Title=titles[name], Level="1")
+        title, level = TITLES[name]
+        feature = element(product, "Feature", Id=name, Title=title, Level=str(level))
         for component in components:
             element(feature, "ComponentRef", Id=component.get("Id"))
     save(root, stage / "XTarn4x.wxs")

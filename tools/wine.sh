@@ -13,6 +13,7 @@ export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d"
 wine_limit=120
 
 servers=(Seamcfg Seamlib Conduit XTarn4x)
+programs=(tarn4x tarn4x-sim)
 wine_libraries="/usr/lib/x86_64-linux-gnu/wine"
 
 has_wine32() { [ -f "$wine_libraries/i386-windows/ntdll.dll" ]; }

@@ -146,6 +146,14 @@ TEST(Driver, SaysWhatHelpsWhenThereIsNoSerialPort) {
     EXPECT_THAT(framework->TheMessageLog().Entry(1), testing::MatchesRegex(".*No serial port.*plug in.*close.*"));
 }
 
+TEST(Driver, TakesAPortNamedNoneForASerialPort) {
+    Station station("TCP/IP");
+    station.SwitchOff();
+    std::filesystem::create_symlink("none", station.Folder / "com16");
+    clsTarn4x driver(station.framework);
+    EXPECT_EQ(driver.get_IDriverSetup_Settings()->Item("RS232.Comm Port")->ValueList(), "COM16=16");
+}
+
 // Going on-line drains the error queue twice.
 TEST(ErrorQueue, IsDrainedToItsEnd) {
     Station station("TCP/IP", R"(on SYST:ERR? | skip 2 | answer -113,"Undefined header" | times 50)");

@@ -11,8 +11,8 @@
 #include "tests/host/TestVisa.h"
 #include "tests/support/Program.h"
 
-/// Links as the setting "Remote Control" names them, and as a test's name can.
-inline constexpr const char* EveryLink[] = {"TCP/IP", "RS232", "GPIB", "GUI"};
+/// Links as the setting "Remote Control" names them, and as a test's name can. "DeviceServer" is RS232 behind one.
+inline constexpr const char* EveryLink[] = {"TCP/IP", "RS232", "DeviceServer", "GPIB", "GUI"};
 inline std::string LinkName(const testing::TestParamInfo<const char*>& link) {
     return link.param == std::string_view("TCP/IP") ? "Tcp" : link.param;
 }
@@ -53,7 +53,10 @@ class Station {
         framework->TheApplication().SetDelayScale(0.0);
         driver.emplace(framework);
         driver->put_IDriverSetup_Name("Receiver");
-        Set("Remote Control", link);
+        const bool isServer = link == std::string_view("DeviceServer");
+        Set("Remote Control", isServer ? "RS232" : link);
+        if (isServer) Set("RS232.Comm Port", "2");
+        std::filesystem::create_symlink("tcp://127.0.0.1:" + std::to_string(port_), Folder / "com2");
         Set("TCP/IP.Port", std::to_string(port_));
         Set("GUI.Port", std::to_string(panel_));
         PutOnGpib(port_, *driver->get_IDriverSetup_Settings()->Item("GPIB"));

@@ -117,6 +117,15 @@ TEST_F(SerialTest, DrainsAnAnswerThatCameTooLate) {
     EXPECT_EQ(link_->ReadString("Q 2"), "A 2");
 }
 
+TEST_F(SerialTest, NobodyAnswersOnAPortNamedNone) {
+    std::filesystem::create_symlink("none", folder_ / "com9");
+    Set("Comm Port", 9);
+    link_->Connect(true);
+    link_->SetTimeout(0.05F);
+    link_->WriteString("SET");
+    EXPECT_EQ(Raised([&] { link_->ReadString("Q?"); }).Number, platform::ObjectError(2014));
+}
+
 TEST_F(SerialTest, WaitsForItsTurnAtAPort) {
     link_->Connect(true);
     int questions = 0;
@@ -134,6 +143,9 @@ TEST_F(SerialTest, TellsWhyAPortCannotBeOpened) {
     link_->Connect(true);
     std::filesystem::create_symlink("/dev/null", folder_ / "com4");
     std::filesystem::create_symlink(folder_ / "com3", folder_ / "com6");
+    std::filesystem::create_symlink("tcp://", folder_ / "com7");
+    std::filesystem::create_symlink("udp://127.0.0.1:1", folder_ / "com8");
+    std::filesystem::create_symlink("tcp://[::1]:1", folder_ / "lab");
     const struct {
         const char* Setting;
         platform::Value Value;
@@ -143,6 +155,9 @@ TEST_F(SerialTest, TellsWhyAPortCannotBeOpened) {
         {"Comm Port", 6, "COM6: port in use by another program"},
         {"Comm Port", "COM5", "COM5: no such port"},
         {"Comm Port", 4, "COM4: it is no serial line"},
+        {"Comm Port", 7, "No connection to COM7=tcp://: it must be tcp://host:port"},
+        {"Comm Port", 8, "COM8=udp://127.0.0.1:1: it must be a device, tcp://host:port or none"},
+        {"Comm Port", "LAB", "LAB=tcp://[::1]:1: connection refused"},
         {"Comm Port", "", "no serial port is chosen"},
         {"Comm Port", "-", "no such port"},
         {"Baud Rate", 12345, "there is no baud rate of 12345"},

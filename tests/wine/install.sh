@@ -206,5 +206,15 @@ check "only Windows' own DLLs are needed" \
     unless grep -viE '^(kernel32|advapi32|ole32|oleaut32|user32|msvcrt|ws2_32)\.dll$' <(needed)
 check "the version resources" unless grep -LP "$(sed 's/./&\\0/g' <<<OLESelfRegister)" "$work"/XTarn4x/x*/*.dll
 
+say "A computer without a serial port"
+stop_simulator
+rm -f "$build/serial/com1"
+check "installing with a placeholder" wine_run msiexec /i "$msi" /qn INSTALLLEVEL=2
+check "tarn4x lists it" prints "COM16   none" wine_run 'C:\Program Files\XTarn4x\tarn4x.exe' ports
+wine_run reg delete 'HKCU\Software\Conduit' /f >/dev/null
+check "diagnosis names one" prints "Serial ports: COM16=16" script_host 64 "$root/examples/diagnose.vbs" /placeholder
+check "uninstalling all of it" wine_run msiexec /x "$msi" /qn
+check "neither placeholder nor Start menu stay" unless grep . <(export_key HKCU 'Software\Conduit' && own_files)
+
 say "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]
