@@ -28,6 +28,9 @@ Application::Application() {
 #ifdef SIGBREAK
     std::signal(SIGBREAK, Stop);
 #endif
+#ifdef SIGHUP
+    if (std::signal(SIGHUP, Stop) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);  // nohup keeps it running
+#endif
 #ifdef SIGPIPE
     std::signal(SIGPIPE, SIG_IGN);  // who writes into a pipe without a reader finds out
 #endif

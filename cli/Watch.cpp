@@ -78,6 +78,7 @@ class Watcher {
     }
 
     static void Notice(Sample& sample, const std::string& text) {
+        if (sample.Notice.find(text) != text.npos) return;
         sample.Notice.append(sample.Notice.empty() ? "" : "; ").append(text);
     }
 

@@ -16,7 +16,7 @@ class TcpLink : public ByteLink {
     ~TcpLink() override { Close(); }
 
     void Open(Patience& patience) override;
-    void Close() noexcept override;
+    void Close() noexcept final;
     bool IsOpen() const override { return socket_ != None; }
     std::string Address() const override;
 
