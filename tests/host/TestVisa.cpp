@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <map>
-#include <mutex>
 #include <thread>
 
 #include "host/SettingsTree.h"
@@ -32,44 +31,33 @@ struct Instrument {
     std::shared_ptr<host::SettingsNode> Settings = std::make_shared<host::SettingsNode>();
     host::TcpLink Link{Settings};
 
-    Status Connect() {
+    Status Connect() try {
         Link.Close();
         Received.clear();
         const host::TransportServices none;
         host::Patience patience(1.0, none);
-        try {
-            Link.Open(patience);
-        } catch (const host::OpeningFailure&) {
-            return NoListeners;
-        }
+        Link.Open(patience);
         return EndReceived;
+    } catch (const host::OpeningFailure&) {
+        return NoListeners;
     }
 
     /// Takes in what arrives until then.
-    void Receive(Clock::time_point end) {
+    void Receive(Clock::time_point end) try {
         const auto time = std::max(std::chrono::ceil<milliseconds>(end - Clock::now()), milliseconds(0));
         if (!Link.IsOpen()) return std::this_thread::sleep_for(time);
         std::uint8_t bytes[65536];
-        try {
-            Received.append(bytes, bytes + Link.Read(bytes, time));
-        } catch (const host::LinkFailure&) {
-            Link.Close();  // switched off
-        }
+        Received.append(bytes, bytes + Link.Read(bytes, time));
+    } catch (const host::LinkFailure&) {
+        Link.Close();  // switched off
     }
 };
 
-std::mutex mutex;
-std::map<Object, Instrument> instruments;  // managers, too
-
-Instrument& Find(Object object) {
-    const std::lock_guard lock(mutex);
-    return instruments.at(object);
-}
+std::map<Object, Instrument> instruments;  // managers, too; tests use them on one thread
 
 }  // namespace
 
 EXPORT Status VISA_CALL viOpenDefaultRM(Object* object) {
-    const std::lock_guard lock(mutex);
     *object = instruments.empty() ? 1 : instruments.rbegin()->first + 1;
     instruments[*object].Settings->AddSetting("Port", 1, 4, "");
     return EndReceived;
@@ -79,23 +67,20 @@ EXPORT Status VISA_CALL viOpen(Object, const char* resource, std::uint32_t, std:
     int board = 0, primary = 0, secondary = 0;
     if (std::sscanf(resource, "GPIB%d::%d::%d", &board, &primary, &secondary) < 2) return NoSuchResource;
     viOpenDefaultRM(object);
-    Find(*object).Settings->Item("Port")->SetValue(true, true, (board * 31 + primary) * 31 + secondary);
+    instruments[*object].Settings->Item("Port")->SetValue(true, true, (board * 31 + primary) * 31 + secondary);
     return EndReceived;
 }
 
-EXPORT Status VISA_CALL viClose(Object object) {
-    const std::lock_guard lock(mutex);
-    return instruments.erase(object) == 1 ? EndReceived : NoSuchObject;
-}
+EXPORT Status VISA_CALL viClose(Object object) { return instruments.erase(object) == 1 ? EndReceived : NoSuchObject; }
 
 EXPORT Status VISA_CALL viSetAttribute(Object object, Attribute, AttributeState state) {
-    Find(object).Timeout = milliseconds(static_cast<std::int64_t>(state));
+    instruments.at(object).Timeout = milliseconds(static_cast<std::int64_t>(state));
     return EndReceived;
 }
 
 EXPORT Status VISA_CALL viRead(Object object, std::uint8_t* bytes, std::uint32_t size, std::uint32_t* count) {
     *count = 0;
-    auto& instrument = Find(object);
+    auto& instrument = instruments.at(object);
     // Nobody may make an instrument talk just to see whether it has something to say.
     if (!instrument.Asked && instrument.Timeout <= milliseconds(1)) return InputOutputError;
     auto& received = instrument.Received;
@@ -118,7 +103,7 @@ EXPORT Status VISA_CALL viRead(Object object, std::uint8_t* bytes, std::uint32_t
 
 EXPORT Status VISA_CALL viWrite(Object object, const std::uint8_t* bytes, std::uint32_t size, std::uint32_t* count) {
     *count = 0;
-    auto& instrument = Find(object);
+    auto& instrument = instruments.at(object);
     instrument.Receive({});
     if (!instrument.Link.IsOpen() && instrument.Connect() != EndReceived) return NoListeners;
     instrument.Asked = !std::string_view(reinterpret_cast<const char*>(bytes), size).starts_with("SET");
@@ -130,7 +115,7 @@ EXPORT Status VISA_CALL viWrite(Object object, const std::uint8_t* bytes, std::u
     return *count == size ? EndReceived : TimedOut;
 }
 
-EXPORT Status VISA_CALL viClear(Object object) { return Find(object).Connect(); }
+EXPORT Status VISA_CALL viClear(Object object) { return instruments.at(object).Connect(); }
 
 EXPORT Status VISA_CALL viStatusDesc(Object, Status status, char* description) {
     const std::string_view text = status == NoListeners ? "No listeners" : "A failure";

@@ -47,11 +47,6 @@ class Peer {
         void Send(std::string_view bytes) {
             send(socket_, bytes.data(), static_cast<host::sockets::Length>(bytes.size()), host::sockets::SendFlags);
         }
-        /// Closing it then breaks the connection off.
-        void BreakOff() {
-            const linger atOnce{1, 0};
-            setsockopt(socket_, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&atOnce), sizeof atOnce);
-        }
 
       private:
         Handle socket_;
