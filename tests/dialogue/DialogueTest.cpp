@@ -56,8 +56,7 @@ TEST_P(Dialogue, SurveysTheReceiverWithTheSameValuesOverEveryLink) {
     station.GoOnLine();
     auto& driver = *station.driver;
     EXPECT_EQ(Survey(driver), expected);
-    EXPECT_EQ(expected.at("RF0"), "474000000");
-    EXPECT_THAT(driver.get_InstalledHardware(), testing::HasSubstr("TARN-B12"));
+    EXPECT_THAT(expected.at("InstalledHardware0"), testing::HasSubstr("TARN-B12"));
     EXPECT_GE(driver.get_AlarmStatistics()->get_MonitoringTime(), 0.0);
     if (GetParam().Blocks) {
         std::vector<std::uint8_t> screen;

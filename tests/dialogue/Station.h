@@ -21,11 +21,12 @@ struct Link {
     float Brief = 0.1F;                // seconds; a time-out long enough to get into step
     bool Tells = true;                 // that the receiver has gone
     bool Blocks = true;                // can be read
+    bool TellsLate = true;             // an answer that comes long after its time from the next one
 };
 inline void PrintTo(const Link& link, std::ostream* stream) { *stream << link.Name; }
 inline constexpr Link EveryLink[] = {
     {"Tcp", "TCP/IP"},
-    {"Serial", "RS232", "1", 0.5F, false},
+    {"Serial", "RS232", "1", 0.5F, false, true, false},
     {"Gpib", "GPIB", "", 0.1F, false},
     {"FrontPanel", "GUI", "", 0.1F, true, false},
 };
@@ -74,7 +75,10 @@ class Station {
     Station(const Station&) = delete;
     Station& operator=(const Station&) = delete;
 
-    void SwitchOff() { receiver_.reset(); }
+    void SwitchOff() {
+        if (receiver_) receiver_->End(SIGTERM);
+        receiver_.reset();
+    }
     /// On the ports that it had before.
     void SwitchOn() {
         auto arguments = arguments_;
