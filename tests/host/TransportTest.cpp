@@ -132,16 +132,15 @@ TEST(Transport, SendsCommandsInLatin1WithALineEnd) {
 
 TEST(Transport, RefusesWhatMakesNoSense) {
     Bench bench;
+    auto& wire = bench.transport;
     const std::uint8_t data[] = {1, 2, 3};
-    const std::pair<std::function<void(platform::Transport&)>, const char*> cases[] = {
-        {[&](auto& transport) { transport.WriteBlock(4, data, {}); }, "4 bytes cannot be written, the data has 3"},
-        {[&](auto& transport) { transport.WriteBlock(-1, data, {}); }, "-1 bytes cannot be written, the data has 3"},
-        {[&](auto& transport) { transport.ReadBlock(-1, {}); }, "A block of -1 bytes cannot be read"},
-        {[&](auto& transport) { transport.SetTimeout(-1.0F); }, "A time-out may not be negative"},
-        {[&](auto& transport) { transport.SetTimeout(std::nanf("")); }, "A time-out may not be negative"},
-    };
-    for (const auto& [call, text] : cases) EXPECT_EQ(Raised([&] { call(bench.transport); }), "5 wire: "s + text);
-    EXPECT_EQ(bench.transport.Timeout(), Long);
+    EXPECT_EQ(Raised([&] { wire.WriteBlock(4, data, {}); }), "5 wire: 4 bytes cannot be written, the data has 3");
+    EXPECT_EQ(Raised([&] { wire.WriteBlock(-1, data, {}); }), "5 wire: -1 bytes cannot be written, the data has 3");
+    EXPECT_EQ(Raised([&] { wire.ReadBlock(-1, {}); }), "5 wire: A block of -1 bytes cannot be read");
+    for (const float bad : {-1.0F, std::nanf("")}) {
+        EXPECT_EQ(Raised([&] { wire.SetTimeout(bad); }), "5 wire: A time-out may not be negative");
+    }
+    EXPECT_EQ(wire.Timeout(), Long);
 }
 
 TEST(Transport, ReportsAFailureAndIsInStepAgain) {
@@ -189,6 +188,12 @@ TEST(Transport, ReadsBlocksPiecewiseWhateverTheyHold) {
     EXPECT_EQ(bench.Read(), "");  // the line end, asked for
     EXPECT_EQ(bench.Query("abc", 3), "abc");
     EXPECT_EQ(bench.Query("\n|def\n", 3), "def");  // with a line end to come between the two
+    bench.transport.Connect(true);
+    EXPECT_EQ(bench.Query("abc", 3), "abc");
+    EXPECT_EQ(bench.Log(), "") << "nothing is left over from the last connection";
+    bench.transport.WriteString("SET");
+    bench.link.Arriving = "x";
+    EXPECT_EQ(bench.Query("\n"), "") << "a line end that came with other bytes is no longer expected";
 }
 
 TEST(Transport, TakesNothingLeftOverForAnAnswer) {
