@@ -61,6 +61,7 @@ TEST(SettingsTree, FindsNodesByNameAndPath) {
     const auto serial = std::make_shared<SettingsNode>("RS232", 4, 3);
     const auto baudRate = serial->AddSetting("Baud Rate", 1, 2, "");
     root.AddNode(serial, true, true);
+    EXPECT_EQ(root.Kind() | root.Style(), 0);
     EXPECT_EQ(root.Item("rs232.baud rate"), baudRate);
     serial->AddSetting("a.b", 1, 4, "");
     EXPECT_EQ(root.Item("RS232.a.b")->Name(), "a.b");
