@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <regex>
 
 #include "driver/clsTarn4x.h"
 #include "host/Framework.h"
@@ -11,11 +12,26 @@
 #include "tests/host/TestVisa.h"
 #include "tests/support/Program.h"
 
-/// Links as the setting "Remote Control" names them, and as a test's name can. "DeviceServer" is RS232 behind one.
-inline constexpr const char* EveryLink[] = {"TCP/IP", "RS232", "DeviceServer", "GPIB", "GUI"};
-inline std::string LinkName(const testing::TestParamInfo<const char*>& link) {
-    return link.param == std::string_view("TCP/IP") ? "Tcp" : link.param;
-}
+using namespace std::string_literals;
+
+/// A way to the receiver.
+struct Link {
+    const char *Name, *RemoteControl;  // as tests and as that setting call it
+    const char* SerialPort = "";       // "%" stands for the receiver's TCP port
+    float Brief = 0.1F;                // seconds; a time-out long enough to get into step
+    bool Tells = true;                 // that the receiver has gone
+    bool Blocks = true;                // can be read
+    bool TellsLate = true;             // an answer that comes long after its time from the next one
+};
+inline void PrintTo(const Link& link, std::ostream* stream) { *stream << link.Name; }
+inline constexpr Link EveryLink[] = {
+    {"Tcp", "TCP/IP"},
+    {"Serial", "RS232", "1", 0.5F, false, true, false},
+    {"DeviceServer", "RS232", "tcp://127.0.0.1:%", 0.5F, true, true, false},
+    {"Gpib", "GPIB", "", 0.1F, false},
+    {"FrontPanel", "GUI", "", 0.1F, true, false},
+};
+inline std::string LinkName(const testing::TestParamInfo<Link>& link) { return link.param.Name; }
 
 /// A framework that lets tests at the driver's transport, whose pauses take no time.
 struct OpenFramework : host::Framework {
@@ -31,32 +47,23 @@ struct OpenFramework : host::Framework {
     std::function<void()> OnPause = [] {};
 };
 
-/// Entries of the log with that text.
-inline int Occurrences(const std::string& part, host::MessageLog& log) {
-    int count = 0;
-    for (int i = 1; i <= log.Count(); ++i) count += log.Entry(i).find(part) != std::string::npos ? 1 : 0;
-    return count;
-}
-
 /// A simulated receiver on every kind of link, and an off-line driver for it. Delays of the driver take no time.
 class Station {
   public:
-    explicit Station(const char* link, const std::string& script = {}, std::vector<std::string> arguments = {},
+    explicit Station(const Link& link, const std::string& script = {}, std::vector<std::string> arguments = {},
                      std::shared_ptr<OpenFramework> with = std::make_shared<OpenFramework>())
         : framework(std::move(with)), arguments_(std::move(arguments)) {
         SetEnvironment("CONDUIT_PORTS", Folder.string());
         if (!script.empty()) {
-            std::ofstream(Folder / "script") << script;
             arguments_.insert(arguments_.end(), {"--script", (Folder / "script").string()});
+            std::ofstream(arguments_.back()) << script;
         }
         SwitchOn();
         framework->TheApplication().SetDelayScale(0.0);
         driver.emplace(framework);
         driver->put_IDriverSetup_Name("Receiver");
-        const bool isServer = link == std::string_view("DeviceServer");
-        Set("Remote Control", isServer ? "RS232" : link);
-        if (isServer) Set("RS232.Comm Port", "2");
-        std::filesystem::create_symlink("tcp://127.0.0.1:" + std::to_string(port_), Folder / "com2");
+        Set("Remote Control", link.RemoteControl);
+        Set("RS232.Comm Port", std::regex_replace(link.SerialPort, std::regex("%"), std::to_string(port_)));
         Set("TCP/IP.Port", std::to_string(port_));
         Set("GUI.Port", std::to_string(panel_));
         PutOnGpib(port_, *driver->get_IDriverSetup_Settings()->Item("GPIB"));
@@ -92,17 +99,19 @@ class Station {
         ASSERT_TRUE(driver->get_IDriverSetup_OnLine());
         framework->Latest->SetTimeout(timeout);
     }
+    /// Entries of the log in which that stands.
+    int Logged(std::string_view part) {
+        int count = 0;
+        auto& log = framework->TheMessageLog();
+        for (int i = 1; i <= log.Count(); ++i) count += log.Entry(i).find(part) != std::string::npos ? 1 : 0;
+        return count;
+    }
 
-    const std::filesystem::path Folder = NewFolder();
+    const std::filesystem::path Folder = ::mkdtemp(("/tmp/dialogue-XXXXXX"s).data());
     std::shared_ptr<OpenFramework> framework;
     std::optional<tarn4x::clsTarn4x> driver;
 
   private:
-    static std::filesystem::path NewFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "dialogue-XXXXXX").string();
-        return ::mkdtemp(name.data());
-    }
-
     std::vector<std::string> arguments_;
     std::uint16_t port_ = 0, panel_ = 0;
     std::optional<support::Program> receiver_;

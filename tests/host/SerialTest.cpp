@@ -1,181 +1,121 @@
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <poll.h>
 #include <termios.h>
-#include <unistd.h>
 
-#include <atomic>
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
-#include <thread>
+#include <fstream>
 
-#include "host/Framework.h"
-#include "host/Transports.h"
-#include "tests/host/Raised.h"
+#include "host/CommLink.h"
+#include "tests/host/Link.h"
 
 namespace {
 
-using testing::HasSubstr;
-
-/// A pseudo-terminal linked as com3 in a folder of its own, with an instrument at the other end.
-class SerialTest : public testing::Test {
-  protected:
-    void SetUp() override {
-        char name[] = "/tmp/serial-test-XXXXXX";
-        folder_ = mkdtemp(name);
-        setenv("CONDUIT_PORTS", folder_.c_str(), 1);
-        master_ = posix_openpt(O_RDWR | O_NOCTTY);
-        ASSERT_GE(master_, 0);
-        ASSERT_EQ(grantpt(master_), 0);
-        ASSERT_EQ(unlockpt(master_), 0);
-        line_ = open(ptsname(master_), O_RDWR | O_NOCTTY);  // keeps the line alive between openings
-        std::filesystem::create_symlink(ptsname(master_), folder_ / "com3");
-        link_->SetTimeout(20.0F);
-        Set("Comm Port", 3);
-    }
-    void TearDown() override {
-        ending_ = true;
-        if (instrument_.joinable()) instrument_.join();
-        close(line_);
-        if (master_ >= 0) close(master_);
-        std::filesystem::remove_all(folder_);
-    }
-
-    void Set(const char* name, const platform::Value& value) {
-        link_->Settings()->Item(name)->SetValue(true, true, value);
-    }
-    void Put(std::string_view bytes) const {
-        EXPECT_EQ(write(master_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-    }
-    void Instrument(std::function<std::string(const std::string&)> answer) {
-        instrument_ = std::thread([this, answer = std::move(answer)] {
-            std::string line;
-            while (!ending_) {
-                pollfd entry{master_, POLLIN, 0};
-                char c = 0;
-                if (poll(&entry, 1, 20) <= 0 || read(master_, &c, 1) != 1) continue;
-                if (c != '\n') {
-                    line += c;
-                    continue;
-                }
-                Put(answer(line));
-                line.clear();
-            }
-        });
-    }
-
-    std::filesystem::path folder_;
-    int master_ = -1;
-    int line_ = -1;
-    std::atomic<bool> ending_ = false;
-    std::thread instrument_;
-    host::Framework framework_;
-    std::shared_ptr<platform::Transport> link_ = framework_.CreateTransport("Conduit.clsComm");
+struct Port : Link<host::CommLink> {
+    Port() : Link("Conduit.clsComm") { Set("Comm Port", 3); }
 };
 
-TEST_F(SerialTest, PutsTheSettingsIntoEffect) {
+/// A pseudo-terminal linked as com3 in a folder of its own; the instrument is at the other end.
+struct Serial : testing::Test {
+    Serial() {
+        SetEnvironment("CONDUIT_PORTS", Folder);
+        EXPECT_EQ(grantpt(Instrument), 0);
+        EXPECT_EQ(unlockpt(Instrument), 0);
+        Line = open(ptsname(Instrument), O_RDWR | O_NOCTTY);  // keeps the line alive between openings
+        std::filesystem::create_symlink(ptsname(Instrument), Folder + "/com3");
+    }
+    ~Serial() override {
+        close(Line);
+        close(Instrument);
+        std::filesystem::remove_all(Folder);
+    }
+    void Put(std::string_view bytes) const {
+        EXPECT_EQ(write(Instrument, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    }
+
+    std::string Name = "/tmp/serial-XXXXXX", Folder = mkdtemp(Name.data());
+    int Instrument = posix_openpt(O_RDWR | O_NOCTTY), Line = -1;
+    Port One, Other;
+};
+
+TEST_F(Serial, PutsTheSettingsIntoEffect) {
     const struct {
-        const char* Setting;
-        platform::Value Value;
-        std::function<bool(const termios&)> InEffect;
+        const char *BaudRate, *StopBits, *Parity, *Handshaking;
+        speed_t Speed;
+        tcflag_t Control, Input;  // a pseudo-terminal has always 8 bits, and no parity bit
     } cases[] = {
-        {"Baud Rate", 1200, [](const termios& mode) { return cfgetospeed(&mode) == B1200; }},
-        {"Baud Rate", "9600", [](const termios& mode) { return cfgetispeed(&mode) == B9600; }},
-        {"Stop Bits", 2, [](const termios& mode) { return (mode.c_cflag & CSTOPB) != 0; }},
-        {"Stop Bits", 1, [](const termios& mode) { return (mode.c_cflag & CSTOPB) == 0; }},
-        {"Parity", "ODD", [](const termios& mode) { return (mode.c_cflag & PARODD) && (mode.c_iflag & INPCK); }},
-        {"Parity", "E", [](const termios& mode) { return !(mode.c_cflag & PARODD) && (mode.c_iflag & INPCK); }},
-        {"Parity", "NO", [](const termios& mode) { return !(mode.c_iflag & INPCK); }},
-        {"Handshaking", "XON/XOFF",
-         [](const termios& mode) {
-             return (mode.c_iflag & IXON) && (mode.c_iflag & IXOFF) && !(mode.c_cflag & CRTSCTS);
-         }},
-        {"Handshaking", "HARDWARE",
-         [](const termios& mode) { return !(mode.c_iflag & (IXON | IXOFF)) && (mode.c_cflag & CRTSCTS); }},
-        {"Handshaking", 0, [](const termios& mode) { return !(mode.c_iflag & IXON) && !(mode.c_cflag & CRTSCTS); }},
+        {"1200", "2", "ODD", "XON/XOFF", B1200, CSTOPB | PARODD, INPCK | IXON | IXOFF},
+        {"9600", "1", "EVEN", "HARDWARE", B9600, CRTSCTS, INPCK},
+        {"19200", "1", "NO", "NO", B19200, 0, 0},
     };
     for (const auto& row : cases) {
-        Set(row.Setting, row.Value);
-        link_->Connect(true);
+        One.Set("Baud Rate", row.BaudRate);
+        One.Set("Stop Bits", row.StopBits);
+        One.Set("Parity", row.Parity);
+        One.Set("Handshaking", row.Handshaking);
+        EXPECT_EQ(One.Open(), "");
         termios mode{};
-        ASSERT_EQ(tcgetattr(line_, &mode), 0);
-        EXPECT_TRUE(row.InEffect(mode)) << row.Setting << " " << platform::ToText(row.Value);
+        EXPECT_EQ(tcgetattr(Line, &mode), 0);
+        EXPECT_EQ(cfgetospeed(&mode), row.Speed);
+        EXPECT_EQ(mode.c_cflag & (CSTOPB | PARODD | CRTSCTS), row.Control) << row.Parity;
+        EXPECT_EQ(mode.c_iflag & (INPCK | IXON | IXOFF), row.Input) << row.Parity;
         EXPECT_EQ(mode.c_lflag & (ECHO | ICANON), 0U);
+        One.Bytes.Close();
     }
+    One.Set("Baud Rate", 12345);
+    EXPECT_EQ(One.Open(), "there is no baud rate of 12345");
 }
 
-TEST_F(SerialTest, DrainsAnAnswerThatCameTooLate) {
-    Instrument([](auto& command) { return command == "LATE?" ? std::string() : "A" + command.substr(1) + "\n"; });
-    link_->Connect(true);
-    link_->SetTimeout(0.05F);
-    EXPECT_EQ(Raised([&] { link_->ReadString("LATE?"); }).Number, platform::ObjectError(2014));
+TEST_F(Serial, MovesBytesAndDrainsWhatComesLate) {
+    EXPECT_EQ(One.Open(), "");
+    EXPECT_EQ(One.Read(0ms), "");
+    EXPECT_EQ(One.Write("Q 1\n"), "4");
+    char line[4];
+    EXPECT_EQ(read(Instrument, line, 4), 4);
+    EXPECT_EQ(std::string(line, 4), "Q 1\n");
+    EXPECT_TRUE(One.Bytes.Flush(1ms));
     Put("late answer\nand a rest");
-    link_->SetTimeout(20.0F);
-    EXPECT_EQ(link_->ReadString("Q 1"), "A 1");
-    Put("unasked\n");
-    EXPECT_EQ(link_->ReadString("Q 2"), "A 2");
+    EXPECT_EQ(One.Resynchronise(), "");
+    EXPECT_EQ(One.Read(0ms), "");
+    Put("A 1\n");
+    EXPECT_EQ(One.Read(), "A 1\n");
+    Put("x");
+    EXPECT_EQ(One.Resynchronise(0.0), "2012 The instrument does not stop sending");
+    EXPECT_EQ(One.Resynchronise(0.0), "");
+    close(std::exchange(Instrument, -1));
+    EXPECT_EQ(One.Read(), "2015 The serial line was disconnected");
 }
 
-TEST_F(SerialTest, NobodyAnswersOnAPortNamedNone) {
-    std::filesystem::create_symlink("none", folder_ / "com9");
-    Set("Comm Port", 9);
-    link_->Connect(true);
-    link_->SetTimeout(0.05F);
-    link_->WriteString("SET");
-    EXPECT_EQ(Raised([&] { link_->ReadString("Q?"); }).Number, platform::ObjectError(2014));
-}
-
-TEST_F(SerialTest, WaitsForItsTurnAtAPort) {
-    link_->Connect(true);
-    int questions = 0;
-    const auto other = host::CreateTransport("Conduit.clsComm", *framework_.CreateNode(), {.AbortRequested = [&] {
-                                                 if (++questions == 2) link_->Connect(false);
-                                                 return false;
-                                             }});
-    other->Settings()->Item("Comm Port")->SetValue(true, true, 3);
-    other->Connect(true);
-    EXPECT_TRUE(other->IsConnected());
-    EXPECT_EQ(questions, 2);
-}
-
-TEST_F(SerialTest, TellsWhyAPortCannotBeOpened) {
-    link_->Connect(true);
-    std::filesystem::create_symlink("/dev/null", folder_ / "com4");
-    std::filesystem::create_symlink(folder_ / "com3", folder_ / "com6");
-    std::filesystem::create_symlink("tcp://", folder_ / "com7");
-    std::filesystem::create_symlink("udp://127.0.0.1:1", folder_ / "com8");
-    std::filesystem::create_symlink("tcp://[::1]:1", folder_ / "lab");
-    const struct {
-        const char* Setting;
-        platform::Value Value;
-        const char* Text;
-    } cases[] = {
-        {"Comm Port", 3, "No connection to COM3: port in use by this program"},
-        {"Comm Port", 6, "COM6: port in use by another program"},
-        {"Comm Port", "COM5", "COM5: no such port"},
-        {"Comm Port", 4, "COM4: it is no serial line"},
-        {"Comm Port", 7, "No connection to COM7=tcp://: it must be tcp://host:port"},
-        {"Comm Port", 8, "COM8=udp://127.0.0.1:1: it must be a device, tcp://host:port or none"},
-        {"Comm Port", "LAB", "LAB=tcp://[::1]:1: connection refused"},
-        {"Comm Port", "", "no serial port is chosen"},
-        {"Comm Port", "-", "no such port"},
-        {"Baud Rate", 12345, "there is no baud rate of 12345"},
-        {"Data Bits", 9, "from 7 to 8"},
-        {"Parity", "MARK", "must be E, N or O"},
-        {"Handshaking", 3, "from 0 to 2"},
+TEST_F(Serial, WaitsForItsTurnAtAPort) {
+    EXPECT_EQ(One.Open(), "");
+    EXPECT_EQ(Other.Open(0.0), "port in use by this program");
+    Other.Set("Comm Port", ptsname(Instrument));
+    EXPECT_EQ(Other.Open(0.0), "port in use by another program");  // a line has one name in a program
+    Other.Set("Comm Port", 3);
+    int pauses = 0;
+    Other.Services.Wait = [&](auto) {
+        if (++pauses == 2) One.Bytes.Close();
     };
-    for (const auto& row : cases) {
-        const auto other = framework_.CreateTransport("Conduit.clsComm");
-        const auto settings = other->Settings();
-        if (std::string_view(row.Setting) != "Comm Port") link_->Connect(false);
-        settings->Item("Comm Port")->SetValue(true, true, 3);
-        settings->Item(row.Setting)->SetValue(true, true, row.Value);
-        const auto error = Raised([&] { other->Connect(true); });
-        EXPECT_EQ(error.Number, platform::ObjectError(2017)) << row.Text;
-        EXPECT_THAT(error.Description, HasSubstr(row.Text));
-        EXPECT_FALSE(other->IsConnected());
-    }
+    EXPECT_EQ(Other.Open(), "");
+    EXPECT_EQ(pauses, 2);
+}
+
+TEST_F(Serial, HasPortsThatTheUserNames) {
+    std::filesystem::create_symlink("tcp://[::1]:x", Folder + "/lab");
+    One.Set("Comm Port", "LAB");
+    EXPECT_THAT(One.Open(), testing::StartsWith("the setting \"Port\" is \"x\""));
+    EXPECT_EQ(One.Bytes.Address(), "LAB=tcp://[::1]:x");
+    const std::string file = Folder + "/ports";
+    std::ofstream(file) << "# ours\nCom3 = none\nCOM4=" << ptsname(Instrument) << '\n';
+    SetEnvironment("CONDUIT_PORTS", file);
+    One.Set("Comm Port", 3);
+    EXPECT_EQ(One.Open(), "");
+    EXPECT_EQ(One.Write("Q 1\n"), "4");
+    EXPECT_EQ(One.Read(0ms), "");
+    Other.Set("Comm Port", 4);
+    EXPECT_EQ(Other.Open(), "");
+    EXPECT_EQ(Other.Write("Q 2\n"), "4");
+    char line[4];
+    EXPECT_EQ(read(Instrument, line, 4), 4);
+    EXPECT_EQ(std::string(line, 4), "Q 2\n");
 }
 
 }  // namespace

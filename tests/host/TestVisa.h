@@ -14,14 +14,10 @@ inline void SetEnvironment(const char* name, const std::string& value) {
 #endif
 }
 
-/// Puts what listens on that port onto the bus of the tests' VISA runtime, at an address of its own, and chooses that
-/// runtime and address.
+/// Chooses the tests' VISA runtime, and in it the address of what listens on that port.
 inline void PutOnGpib(int port, platform::SettingsNode& gpib) {
-    static std::string peers;
-    static int address = 0;
-    address = address % 30 + 1;
-    gpib.Item("Primary Address")->SetValue(true, true, address);
-    peers = "GPIB0::" + std::to_string(address) + "::INSTR=" + std::to_string(port) + ' ' + peers;
-    SetEnvironment("VISA_PEERS", peers);
     SetEnvironment("CONDUIT_VISA", TEST_VISA);
+    gpib.Item("Board")->SetValue(true, true, port / (31 * 31));
+    gpib.Item("Primary Address")->SetValue(true, true, port / 31 % 31);
+    gpib.Item("Secondary Address")->SetValue(true, true, port % 31);
 }
