@@ -60,7 +60,7 @@ TEST(Framework, SaysWhyATransportCannotConnect) {
         {Comm, "Comm Port", "/dev/null", "/dev/null: it is no serial line"},
         {Comm, "Comm Port", "COM256", "COM256: no such port"},
         {Comm, "Comm Port", "257", "COM257: no such port"},
-        {Comm, "Comm Port", "-", "COM-: no such port"},
+        {Comm, "Comm Port", "-", "-: no such port"},
 #endif
         {Comm, "Comm Port", "", "no serial port is chosen in \"Comm Port\""},
         {Comm, "Comm Port", "tcp://127.0.0.1:" + closed, "tcp://127.0.0.1:" + closed + ": connection refused"},
