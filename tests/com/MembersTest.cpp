@@ -1,0 +1,170 @@
+#include <algorithm>
+#include <bit>
+
+#include "tests/com/Bench.h"
+#include "tests/support/DriverMembers.h"
+
+// Every member of the driver through the function table and by name, as the table of members tells.
+
+namespace {
+
+using support::Member;
+
+/// One entry of the driver's function table.
+struct Slot {
+    const Member& Of;
+    bool Written;
+    std::size_t Number;  // in the table; seven of IUnknown and IDispatch come first
+};
+
+std::vector<Slot> Slots() {
+    std::vector<Slot> slots;
+    for (const auto& member : support::DriverMembers) {
+        if (member.Kind == support::Control) slots.push_back({member, true, 7 + slots.size()});
+        slots.push_back({member, false, 7 + slots.size()});
+    }
+    return slots;
+}
+
+VARTYPE TypeOf(std::string_view name) {
+    static const std::map<std::string_view, VARTYPE> types = {
+        {"Double", VT_R8},   {"Boolean", VT_BOOL},    {"Date", VT_DATE}, {"Integer", VT_I2},
+        {"String", VT_BSTR}, {"Variant", VT_VARIANT}, {"", VT_EMPTY},    {"_clsStatistics&", VT_DISPATCH}};
+    const auto type = types.find(name.substr(0, name.find('(')));
+    return type == types.end() ? VARTYPE{VT_I4} : type->second;  // Long and enumerations
+}
+
+/// Variables of the caller whose references some members take.
+struct Variables {
+    short number = 1;
+    SAFEARRAY* bytes = nullptr;
+};
+
+/// A call of a slot; `value` is what is written, or the argument of a function.
+struct Use {
+    const Slot& slot;
+    double value;
+    VARTYPE numbers;  // the type in which numbers are passed; VT_EMPTY for their own
+
+    std::vector<Arg> Arguments(Variables& variables) const {
+        const std::string_view type = slot.Of.Type;
+        const auto number = [&](VARTYPE own, double given) {
+            com::Variant converted;
+            const auto wanted = numbers == VT_EMPTY ? own : numbers;
+            EXPECT_EQ(VariantChangeType(&converted, Arg(given).Get(), 0, wanted), S_OK) << slot.Of.Name;
+            return Arg(converted);
+        };
+        std::vector<Arg> arguments;
+        if (type.ends_with("Integer&)")) arguments.emplace_back(Typed(VT_BYREF | VT_I2, &variables.number));
+        const double first = slot.Of.Kind == support::Function ? value : slot.Of.Has.Argument;
+        if (type.find("(udt") != type.npos) arguments.push_back(number(VT_I4, first));
+        if (type.ends_with("Byte()&)")) arguments.emplace_back(Typed(VT_BYREF | VT_ARRAY | VT_UI1, &variables.bytes));
+        for (const int carrier : {10, 1704}) {
+            if (type.starts_with("(intStart")) arguments.push_back(number(VT_I2, carrier));
+        }
+        if (slot.Written) arguments.push_back(number(TypeOf(type), value));
+        return arguments;
+    }
+};
+
+constexpr LONGLONG Poison = 0x5555555555555555;
+
+/// What the call through the function table comes to. A failing call leaves numbers and Booleans as they were; what a
+/// caller would free is empty.
+std::string ThroughTable(_clsTarn4x* driver, const Slot& slot, std::vector<Arg> arguments, com::Variant& result) {
+    const VARTYPE type = slot.Written ? VARTYPE{VT_EMPTY} : TypeOf(slot.Of.Type);
+    if (type != VT_EMPTY) {
+        result.vt = type == VT_VARIANT ? VARTYPE{VT_EMPTY} : type;
+        result.llVal = Poison;
+        void* const output = type == VT_VARIANT ? static_cast<void*>(&result) : &result.byref;
+        arguments.emplace_back(Typed(static_cast<VARTYPE>(VT_BYREF | type), output));
+    }
+    std::vector<VARTYPE> types;
+    std::vector<VARIANT*> values;
+    for (auto& argument : arguments) {
+        types.push_back(argument.vt);
+        values.push_back(&argument);
+    }
+    const auto call = [&] {
+        com::Variant called;
+        EXPECT_EQ(DispCallFunc(driver, slot.Number * sizeof(void*), CC_STDCALL, VT_ERROR,
+                               static_cast<UINT>(types.size()), types.data(), values.data(), &called),
+                  S_OK);
+        return called.scode;
+    };
+    for (auto& argument : arguments) {  // a reference is missing
+        if (!V_ISBYREF(&argument)) continue;
+        void* const reference = std::exchange(argument.byref, nullptr);
+        EXPECT_EQ(Told(call()), "80004003") << slot.Of.Name;
+        argument.byref = reference;
+    }
+    const auto outcome = Told(call());
+    if (outcome.empty()) return type == VT_EMPTY ? "" : Text(result);
+    const bool freed = type == VT_BSTR || type == VT_DISPATCH;
+    EXPECT_TRUE(type == VT_EMPTY || (freed ? result.byref == nullptr : result.llVal == Poison)) << slot.Of.Name;
+    result.vt = VT_EMPTY;
+    return outcome;
+}
+
+std::string ByName(_clsTarn4x* driver, const Slot& slot, std::vector<Arg> arguments, com::Variant& result) {
+    Script script(driver);
+    const auto name = com::Wide(slot.Of.Name);
+    const auto outcome = slot.Written ? script.Put(name.c_str(), arguments) : script.Get(name.c_str(), arguments);
+    result = std::move(script.Result);
+    return outcome;
+}
+
+const struct Way {
+    const char* Name;
+    std::string (*Call)(_clsTarn4x*, const Slot&, std::vector<Arg>, com::Variant&);
+    VARTYPE Numbers;
+} Ways[] = {{"table", ThroughTable, VT_EMPTY}, {"name", ByName, VT_EMPTY}, {"converted", ByName, VT_R8}};
+
+void Walk(const Way& way) {
+    Bench bench;
+    for (const auto& slot : Slots()) {
+        const auto& m = slot.Of;
+        const auto& has = m.Has;
+        if (m.Kind == support::Piece) continue;
+        SCOPED_TRACE(std::string(way.Name) + ", " + m.Name + (slot.Written ? " =" : ""));
+        const auto entries = slot.Written ? support::Values(m) : support::Entries(m.Answers);
+        const auto [in, out] = entries.empty() ? std::pair<std::string, std::string>() : entries[0];
+        const bool function = m.Kind == support::Function;
+        const Use use{slot, slot.Written || function ? std::stod(in) : 0.0, way.Numbers};
+        com::Variant result;
+        Variables variables;
+        const auto expect = [&](const std::string& outcome) {
+            result = {};
+            EXPECT_EQ(way.Call(bench.driver.get(), slot, use.Arguments(variables), result), outcome);
+        };
+        const auto setMode = [&](int mode) {
+            const auto value = static_cast<TarnMeasureModes>(mode);
+            EXPECT_EQ(has.In.Bits == 0 ? S_OK : bench.driver->put_MeasureMode(value), S_OK);
+        };
+
+        for (const bool onLine : {false, true}) bench.OnLine(onLine);  // the driver forgets what it has read
+        setMode(std::countr_zero(has.In.Bits));
+        bench.OnLine(false);
+        if (!function) expect(support::OffLine(m, slot.Written));
+
+        bench.OnLine(true);
+        setMode(tarnIR_2);
+        if (has.In.Bits != 0) expect(support::WrongMode(m));
+        setMode(std::countr_zero(has.In.Bits));
+        bench.link.Answers(has.First.Other);
+        if (*has.First.Refusal) expect(support::Outcome(m, slot.Written, "", has.First.Refusal));
+        for (const auto& before : {has.First.Suits, has.FirstWritten.Suits}) bench.link.Answers(before);
+        if (!slot.Written) bench.link.Answers(m.Query + std::string(" = ") + in);
+        const bool object = TypeOf(m.Type) == VT_DISPATCH;
+        expect(slot.Written ? "" : object ? "object" : support::Outcome(m, false, in, out));
+        EXPECT_EQ(result.vt, slot.Written ? VARTYPE{VT_EMPTY} : TypeOf(m.Type));
+        const auto command = slot.Written ? support::Command(m) + out : m.Kind == support::Method ? m.Query : "";
+        EXPECT_TRUE(command.empty() || std::ranges::count(bench.link.Lines, command) != 0) << command;
+    }
+}
+
+TEST(Members, WorkAndFailThroughTheFunctionTable) { Walk(Ways[0]); }
+TEST(Members, WorkAndFailByName) { Walk(Ways[1]); }
+TEST(Members, TakeNumbersOfOtherTypes) { Walk(Ways[2]); }
+
+}  // namespace
