@@ -121,7 +121,7 @@ const struct Way {
 } Ways[] = {{"table", ThroughTable, VT_EMPTY}, {"name", ByName, VT_EMPTY}, {"converted", ByName, VT_R8}};
 
 void Walk(const Way& way) {
-    Bench bench;
+    std::optional<Bench> made;
     for (const auto& slot : Slots()) {
         const auto& m = slot.Of;
         const auto& has = m.Has;
@@ -131,6 +131,8 @@ void Walk(const Way& way) {
         const auto [in, out] = entries.empty() ? std::pair<std::string, std::string>() : entries[0];
         const bool function = m.Kind == support::Function;
         const Use use{slot, slot.Written || function ? std::stod(in) : 0.0, way.Numbers};
+        if (!made || *has.Interface) made.emplace();  // what it knows of the instrument's identity, it keeps
+        Bench& bench = *made;
         com::Variant result;
         Variables variables;
         const auto expect = [&](const std::string& outcome) {
