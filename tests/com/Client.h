@@ -35,6 +35,7 @@ struct Arg : VARIANT {
     Arg(const VARIANT& value) : VARIANT{} { com::Check(VariantCopy(this, const_cast<VARIANT*>(&value))); }
     Arg(const Arg& other) : Arg(static_cast<const VARIANT&>(other)) {}
     Arg(const platform::Value& value) : VARIANT(com::ToVariant(value)) {}
+    Arg(std::int16_t number) : Arg(platform::Value(number)) {}
     Arg(std::int32_t number) : Arg(platform::Value(number)) {}
     Arg(double number) : Arg(platform::Value(number)) {}
     Arg(bool truth) : Arg(platform::Value(truth)) {}
@@ -110,7 +111,7 @@ inline std::string Raised(const std::function<void()>& call) {
     }
 }
 
-/// A script's view of an object: members by name. It finds error information of somebody else.
+/// A script's view of an object: members by name.
 class Script {
   public:
     using Named = std::vector<std::pair<const wchar_t*, Arg>>;

@@ -95,7 +95,7 @@ std::string ThroughTable(_clsTarn4x* driver, const Slot& slot, std::vector<Arg> 
     for (auto& argument : arguments) {  // a reference is missing
         if (!V_ISBYREF(&argument)) continue;
         void* const reference = std::exchange(argument.byref, nullptr);
-        EXPECT_EQ(Told(call()), "80004003") << slot.Of.Name;
+        EXPECT_TRUE(Told(call()).starts_with("80004003")) << slot.Of.Name;
         argument.byref = reference;
     }
     const auto outcome = Told(call());
@@ -120,6 +120,14 @@ const struct Way {
     VARTYPE Numbers;
 } Ways[] = {{"table", ThroughTable, VT_EMPTY}, {"name", ByName, VT_EMPTY}, {"converted", ByName, VT_R8}};
 
+/// Error information that another object has left behind on this thread.
+void LeaveStaleInformation() {
+    ComPtr<ICreateErrorInfo> stale;
+    com::Check(CreateErrorInfo(stale.put()));
+    stale->SetSource(Bstr(std::string_view("Somebody.else")).get());
+    SetErrorInfo(0, stale.As<IErrorInfo>().get());
+}
+
 void Walk(const Way& way) {
     std::optional<Bench> made;
     for (const auto& slot : Slots()) {
@@ -137,7 +145,9 @@ void Walk(const Way& way) {
         Variables variables;
         const auto expect = [&](const std::string& outcome) {
             result = {};
+            LeaveStaleInformation();
             EXPECT_EQ(way.Call(bench.driver.get(), slot, use.Arguments(variables), result), outcome);
+            EXPECT_EQ(Told(S_OK), "") << "left behind";
         };
         const auto setMode = [&](int mode) {
             const auto value = static_cast<TarnMeasureModes>(mode);

@@ -1,0 +1,115 @@
+#include "tests/com/Footprint.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <iostream>
+
+namespace {
+
+/// Heap blocks, heap bytes, handles.
+using Footprint = std::array<long long, 3>;
+
+// GetProcessHandleCount tells 0 under Wine 8, whatever there is.
+long long OwnHandles() {
+    constexpr int ExtendedHandleInformation = 64;
+    constexpr LONG InfoLengthMismatch = static_cast<LONG>(0xC0000004U);
+    struct Entry {
+        void* object;
+        ULONG_PTR process, handle;
+        ULONG access;
+        USHORT creator, type;
+        ULONG attributes, reserved;
+    };
+    const auto query = reinterpret_cast<LONG(NTAPI*)(int, void*, ULONG, ULONG*)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll"), "NtQuerySystemInformation")));
+    std::vector<ULONG_PTR> table(1 << 14);
+    const auto size = [&] { return static_cast<ULONG>(table.size() * sizeof table[0]); };
+    while (query(ExtendedHandleInformation, table.data(), size(), nullptr) == InfoLengthMismatch) {
+        table.resize(2 * table.size());
+    }
+    const auto entries = reinterpret_cast<const Entry*>(&table[2]);
+    return std::count_if(entries, entries + table[0],
+                         [](const Entry& entry) { return entry.process == GetCurrentProcessId(); });
+}
+
+Footprint TakeFootprint() {
+    Footprint now{0, 0, OwnHandles()};
+    EXPECT_GT(now[2], 0);
+    std::array<HANDLE, 256> heaps{};
+    const DWORD count = GetProcessHeaps(heaps.size(), heaps.data());
+    for (DWORD index = 0; index < count; ++index) {
+        PROCESS_HEAP_ENTRY entry{};
+        HeapLock(heaps[index]);
+        while (HeapWalk(heaps[index], &entry)) {
+            const bool busy = (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+            now[0] += busy;
+            now[1] += busy ? entry.cbData : 0;
+        }
+        HeapUnlock(heaps[index]);
+    }
+    return now;
+}
+
+}  // namespace
+
+int Environment(const char* variable, int otherwise) {
+    const char* text = std::getenv(variable);
+    return text ? std::atoi(text) : otherwise;
+}
+
+void UseTheReceiver(const ComPtr<_clsTarn4x>& driver) {
+    const auto application = Create<IApplication>(CLSID_clsApplication);
+    ASSERT_EQ(application->put_DelayScale(0.0), S_OK);
+    Script script(driver), setup(driver.As<IDriverSetup>());
+    auto settings = setup.Object(L"Settings");
+    const int port = Environment("simulator_port", 0);
+    ASSERT_NE(port, 0) << "the environment has to name the simulated receiver's port";
+    for (const auto& [path, value] : {std::pair("Remote Control", Arg("TCP/IP")), {"TCP/IP.Port", Arg(port)}}) {
+        ASSERT_EQ(settings.Object(L"Item", {path}).Put(L"Value", {value}), "");
+    }
+    ASSERT_EQ(setup.Put(L"OnLine", {true}), "");
+    double number = 0;
+    ASSERT_EQ(driver->get_RF(&number), S_OK);
+    ASSERT_EQ(script.Get(L"RF"), platform::GeneralNumber(number));
+    Bstr report;
+    ComPtr<_clsStatistics> statistics;
+    ASSERT_EQ(driver->get_AlarmStatistics(statistics.put()), S_OK);
+    ASSERT_EQ(statistics->get_Statistics(report.put()), S_OK);
+    script.Object(L"AlarmStatistics").Get(L"Statistics");
+    ASSERT_EQ(Told(driver->get_MeasureOfdmMerPeakPct(&number)).substr(0, 5), "+2016");
+    ASSERT_EQ(script.Get(L"MeasureOfdmMerPeakPct").substr(0, 5), "+2016");
+    ASSERT_EQ(setup.Put(L"OnLine", {false}), "");
+    ASSERT_EQ(application->put_DelayScale(1.0), S_OK);
+}
+
+void ExpectFlat(const std::string& name, int rounds, int cycles, const std::function<void()>& cycle) {
+    constexpr Footprint allowances{8, 1024, 0};
+    const auto log = Create<IMessageLog>(CLSID_clsMessageLog);
+    std::vector<Footprint> footprints(static_cast<std::size_t>(rounds));
+    for (auto& footprint : footprints) {
+        for (int done = 0; done < cycles && !testing::Test::HasFailure(); ++done) cycle();
+        ASSERT_EQ(log->Clear(), S_OK);  // failures are logged, up to its capacity
+        footprint = TakeFootprint();
+    }
+    std::cout << "measured " << name << ", " << 8 * sizeof(void*) << "-bit, " << rounds << " x " << cycles
+              << " (heap blocks, heap bytes, handles):";
+    for (const auto& [blocks, bytes, handles] : footprints) {
+        std::cout << ' ' << blocks << ' ' << bytes << ' ' << handles << ';';
+    }
+    std::cout << std::endl;
+    for (std::size_t round = 2; round < footprints.size(); ++round) {
+        for (std::size_t kind = 0; kind < allowances.size(); ++kind) {
+            EXPECT_LE(footprints[round][kind], footprints[1][kind] + allowances[kind]) << kind;
+        }
+    }
+}
+
+namespace {
+
+TEST(Sessions, LeaveNothingBehind) {
+    ExpectFlat("sessions", Environment("SOAK_ROUNDS", 3), Environment("SOAK_CYCLES", 20),
+               [] { UseTheReceiver(Create<_clsTarn4x>(CLSID_clsTarn4x)); });
+}
+
+}  // namespace
