@@ -37,7 +37,8 @@ HRESULT FakeLink::WriteString(BSTR command) {
 }
 
 HRESULT FakeLink::ReadString(VARIANT command, BSTR* answer) {
-    return com::Border(IID_ITextLink, [&] { *answer = com::ToBstr(Take(com::TextOf(command))); });
+    return com::Border(IID_ITextLink,
+                       [&] { *answer = com::ToBstr(Take(com::OptionalText(command).value_or("nothing"))); });
 }
 
 HRESULT FakeLink::ReadBlock(short count, VARIANT, VARIANT* data) {
@@ -57,7 +58,7 @@ HRESULT FakeLink::put_Connect(VARIANT_BOOL connect) {
     if (!connect || Works) return S_OK;
     return com::Border(IID_IConnection, [] {
         const auto framework = com::ComFramework();
-        framework->TheMessageLog().Log(1, "TARN", "No connection", "to nobody");
+        framework->TheMessageLog().Log(1, "TARN", "No connection", "COM9: sent nothing");
         throw platform::AutomationError(platform::ObjectError(platform::LinkLost), "link", "No connection");
     });
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <map>
-#include <mutex>
 
+#include "platform/com/Object.h"
 #include "tests/com/Client.h"
 
 /// Hands out an output.
@@ -12,56 +12,39 @@ HRESULT Give(Out* output, Value value) {
     return S_OK;
 }
 
-/// A COM object on the test's stack that counts its references and has no type library.
-template <class... Interfaces>
-class Fake : public Interfaces..., public ISupportErrorInfo {
+/// A COM object on the test's stack, without a type library. While clients hold it, com::InUse() tells so.
+template <class First, class... More>
+class Fake : public com::Object<First, More..., ISupportErrorInfo> {
   public:
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        *object = nullptr;
-        const auto offer = [&](REFIID own, void* face) { *object = !*object && iid == own ? face : *object; };
-        (offer(__uuidof(Interfaces), static_cast<Interfaces*>(this)), ...);
-        (offer(IID_IDispatch, static_cast<Interfaces*>(this)), ...);
-        (offer(IID_IUnknown, static_cast<Interfaces*>(this)), ...);
-        if (SupportsErrors) offer(IID_ISupportErrorInfo, static_cast<ISupportErrorInfo*>(this));
-        return *object ? AddRef(), S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(++References); }
-    STDMETHODIMP_(ULONG) Release() override { return static_cast<ULONG>(--References); }
     STDMETHODIMP GetTypeInfoCount(UINT* count) override { return Give(count, 0U); }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
         return DISP_E_MEMBERNOTFOUND;
     }
-    STDMETHODIMP InterfaceSupportsErrorInfo(REFIID) override { return S_OK; }
+    STDMETHODIMP InterfaceSupportsErrorInfo(REFIID) override { return SupportsErrors ? S_OK : S_FALSE; }
 
-    std::atomic<int> References = 0;
     bool SupportsErrors = true;
+
+  private:
+    void* Find(REFIID iid) override {
+        return iid == IID_IDispatch ? static_cast<First*>(this) : Fake::Object::Find(iid);
+    }
+    void LastReleased() override {}
 };
 
 /// Stands in for a registered class in this apartment: its factory hands out one object, or fails.
-class StandIn : public IClassFactory, public ISupportErrorInfo {
+class StandIn : public com::Object<IClassFactory, ISupportErrorInfo> {
   public:
     StandIn(REFCLSID clsid, IUnknown* object) : object_(object) {
         com::Check(CoRegisterClassObject(clsid, static_cast<IClassFactory*>(this), CLSCTX_INPROC_SERVER,
                                          REGCLS_MULTIPLEUSE, &cookie_));
     }
-    StandIn(const StandIn&) = delete;
-    StandIn& operator=(const StandIn&) = delete;
-    ~StandIn() { CoRevokeClassObject(cookie_); }
+    ~StandIn() override { CoRevokeClassObject(cookie_); }
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        *object = nullptr;
-        if (iid == IID_IUnknown || iid == IID_IClassFactory) *object = static_cast<IClassFactory*>(this);
-        if (iid == IID_ISupportErrorInfo) *object = static_cast<ISupportErrorInfo*>(this);
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID) override { return S_OK; }
     STDMETHODIMP LockServer(BOOL) override { return S_OK; }
     STDMETHODIMP CreateInstance(IUnknown*, REFIID iid, void** object) override {
-        *object = nullptr;
         return com::Border(IID_IClassFactory, [&] {
             if (object_) return object_->QueryInterface(iid, object);
             throw platform::AutomationError(380, "source", "text");
@@ -69,6 +52,8 @@ class StandIn : public IClassFactory, public ISupportErrorInfo {
     }
 
   private:
+    void LastReleased() override {}
+
     IUnknown* object_;
     DWORD cookie_ = 0;
 };

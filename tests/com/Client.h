@@ -130,6 +130,12 @@ class Script {
     std::string Put(const wchar_t* member, std::vector<Arg> arguments, const Named& named = {}) {
         return Invoke(DISPATCH_PROPERTYPUT, member, arguments, named);
     }
+    /// What reading several members comes to, one behind the other.
+    std::string All(const std::vector<const wchar_t*>& members) {
+        std::string texts;
+        for (const auto* member : members) texts += (texts.empty() ? "" : "|") + Get(member);
+        return texts;
+    }
     /// The object that is a call's result.
     Script Object(const wchar_t* member, std::vector<Arg> arguments = {}) {
         EXPECT_EQ(Get(member, std::move(arguments)), "object");

@@ -49,7 +49,7 @@ TEST(Variants, BecomeValues) {
         {Typed(VT_UNKNOWN, object), 42.5},
     };
     for (const auto& [variant, value] : cases) EXPECT_EQ(FromVariant(variant), value) << "type " << variant.vt;
-    EXPECT_EQ(meter.References, 0);
+    EXPECT_FALSE(com::InUse());
 }
 
 TEST(Variants, ThatAreNoValuesAreRefused) {
@@ -148,7 +148,7 @@ TEST(Errors, StopAtTheBorderWithTheirInformation) {
         EXPECT_EQ(Told(came) + came.HelpFile + std::to_string(came.HelpContext.value_or(0)),
                   "2003 source: texttarn.hlp12");
     }
-    EXPECT_EQ(object.References, 0);
+    EXPECT_FALSE(com::InUse());
     leave();
     EXPECT_EQ(com::Border(IID_IDispatch, [] {}), S_OK);
     EXPECT_EQ(passOn(DISP_E_OVERFLOW, &object), "6 test-com: Overflow") << "an older error is forgotten";

@@ -12,7 +12,8 @@ int Environment(const char* variable, int otherwise);
 void UseTheReceiver(const ComPtr<_clsTarn4x>& driver);
 
 /// Does the same again and again, some cycles a round, and expects that no round leaves more behind than the second
-/// one: blocks and bytes in all heaps of the process, handles. The allowance (8 blocks, 1 KiB) is for the heaps'
+/// one: blocks and bytes in all heaps of the process, handles (of which the first free one becomes
+/// a later one). The allowance (8 blocks, 1 KiB) is for the heaps'
 /// book-keeping; one object that is left behind in each of 10 cycles exceeds it. Prints what it measured after each
 /// round: a line "measured NAME ...".
 void ExpectFlat(const std::string& name, int rounds, int cycles, const std::function<void()>& cycle);
