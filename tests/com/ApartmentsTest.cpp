@@ -128,61 +128,50 @@ TEST(Apartments, ShareTheServices) {
     }
 }
 
-const struct Reading {
-    const char* Query;
-    HRESULT (STDMETHODCALLTYPE _clsTarn4x::*Read)(double*);
-    const wchar_t* Name;
-} Readings[] = {{"SENS:FREQ:CENT?", &_clsTarn4x::get_RF, L"RF"},
-                {"READ:RF:LEVEL?", &_clsTarn4x::get_MeasureRfLevel, L"MeasureRfLevel"},
-                {"READ:DVBT:TS:BITRATE?", &_clsTarn4x::get_MeasureTsBitrate, L"MeasureTsBitrate"},
-                {"READ:DVBT:BER:BVIT?", &_clsTarn4x::get_MeasureBerBeforeVit, L"MeasureBerBeforeVit"}};
+const std::vector<std::pair<const wchar_t*, std::string>> Readings = {{L"RF", "SENS:FREQ:CENT?"},
+                                                                      {L"MeasureRfLevel", "READ:RF:LEVEL?"},
+                                                                      {L"MeasureTsBitrate", "READ:DVBT:TS:BITRATE?"},
+                                                                      {L"MeasureBerBeforeVit", "READ:DVBT:BER:BVIT?"}};
 
-const std::vector<COINIT> Readers = {Single, Multiple, Single, Multiple, Single, Multiple, Single, Multiple};
-
-const Reading& ReadingOf(std::size_t thread) { return Readings[thread / 2]; }
-std::string Tagged(std::size_t thread) {
-    return ReadingOf(thread).Query + (" = " + std::to_string(thread / 2)) + "000{n}";
+/// The answers "1000001", "1000002" and so on to the first reading, "2000001" to the second.
+std::string Tagged(std::size_t reading) {
+    return Readings[reading].second + " = " + std::to_string(reading + 1) + "00000{n}";
 }
 
-/// Reads many times; each answer has to be the one to a query of its kind, later than the last.
-void ReadTagged(std::size_t thread, _clsTarn4x* driver) {
-    const auto& reading = ReadingOf(thread);
+/// Reads many times; each answer has to be one to that query, later than the last.
+void ReadTagged(std::size_t reading, const ComPtr<_clsTarn4x>& driver) {
     Script script(driver);
-    double last = 0;
-    for (int n = 0; n < Environment("SOAK_READS", 25); ++n) {
-        double number = 0;
-        ASSERT_EQ((driver->*reading.Read)(&number), S_OK);
-        for (const double came : {number, std::stod(script.Get(reading.Name))}) {
-            const auto text = std::to_string(static_cast<int>(came));
-            ASSERT_GT(came, last) << reading.Query;
-            ASSERT_TRUE(thread < 2 || text.starts_with(std::to_string(thread / 2) + "000")) << text;
-            last = came;
-        }
+    int last = 0;
+    for (int n = 0; n < Environment("SOAK_READS", 50); ++n) {
+        const auto text = script.Get(Readings[reading].first), tag = std::to_string(reading + 1) + "00000";
+        ASSERT_TRUE(text.starts_with(tag)) << text << ' ' << tag;
+        const int number = std::stoi(text.substr(tag.size()));
+        ASSERT_GT(number, last);
+        last = number;
     }
 }
 
 TEST(Apartments, MayEachHaveADriverAtOnce) {
     std::atomic<int> ready = 0;
     InThreads({Single, Single, Single, Single}, [&](std::size_t thread) {
-        Bench bench(Tagged(2 * thread));
+        Bench bench(Tagged(thread));
         for (++ready; ready < 4;) Sleep(1);
-        ReadTagged(2 * thread, bench.driver.get());
+        ReadTagged(thread, bench.driver);
     });
 }
 
 TEST(Apartments, MayShareADriverAtOnce) {
     Bench bench("READ:DVBT:SIGNAL:NOISE? = --- | SENS:DVBT:MEAS? = PAR");
-    for (std::size_t thread = 0; thread < Readers.size(); ++thread) bench.link.Answers(Tagged(thread));
+    for (std::size_t reading = 0; reading < Readings.size(); ++reading) bench.link.Answers(Tagged(reading));
     // This one is asked for again and again; the others' calls come while the driver waits.
     EXPECT_EQ(bench.application->put_DelayScale(0.002), S_OK);
     const Offer offer(bench.driver);
-    auto threads = Readers;
-    threads.push_back(Single);
-    InThreads(threads, [&](std::size_t thread) {
-        const auto driver = offer.Fetch();
-        if (thread < Readers.size()) return ReadTagged(thread, driver.get());
-        for (int n = 0; n < 5; ++n) EXPECT_EQ(Script(driver).Get(L"MeasureOfdmSignalToNoiseRatio"), "0");
-    });
+    InThreads({Single, Multiple, Single, Multiple, Single, Multiple, Single, Multiple, Single},
+              [&](std::size_t thread) {
+                  const auto driver = offer.Fetch();
+                  if (thread < 8) return ReadTagged(thread / 2, driver);
+                  for (int n = 0; n < 5; ++n) EXPECT_EQ(Script(driver).Get(L"MeasureOfdmSignalToNoiseRatio"), "0");
+              });
     EXPECT_EQ(std::ranges::count(bench.link.Lines, "READ:DVBT:SIGNAL:NOISE?"), 5 * 11);
 }
 

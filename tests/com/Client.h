@@ -67,6 +67,8 @@ inline std::string Text(const VARIANT& value) {
         case VT_DISPATCH:
         case VT_UNKNOWN:
             return value.pdispVal ? "object" : "nothing";
+        case VT_ARRAY | VT_VARIANT:
+            return "array";
         case VT_ARRAY | VT_UI1: {
             const auto bytes = com::BytesOf(value);
             return {bytes.begin(), bytes.end()};
@@ -97,17 +99,14 @@ inline std::string Told(HRESULT result) {
     }
     return Told(result, source.Utf8(), description.Utf8());
 }
-inline std::string Told(const platform::AutomationError& error) {
-    return Told(com::ResultOf(error.Number), error.Source, error.Description);
-}
-
 /// What a function comes to.
 inline std::string Raised(const std::function<void()>& call) {
     try {
         call();
         return "";
     } catch (const platform::AutomationError& error) {
-        return Told(error);
+        const auto help = error.HelpFile + (error.HelpContext ? std::to_string(*error.HelpContext) : "");
+        return Told(com::ResultOf(error.Number), error.Source, error.Description + help);
     }
 }
 
@@ -151,6 +150,10 @@ class Script {
 
     ComPtr<IDispatch> object_;
 };
+
+/// The members that tell which instrument a driver talks to.
+inline const std::vector<const wchar_t*> Identity = {L"Manufacturer", L"ModelNumber", L"SerialNumber",
+                                                     L"FirmwareVersion", L"InstalledHardware"};
 
 /// Handles this thread's messages until the condition holds.
 inline void PumpUntil(const std::function<bool()>& condition) {
