@@ -103,7 +103,7 @@ TEST(Components, KnowWhatIsHeld) {
         {[](Bench& b) { return b.Setting("GPIB").As<IUnknown>(); }, S_OK, S_FALSE},
         {[&](Bench& b) { return asked(Script(b.Setting("GPIB")), L"_NewEnum"); }, S_OK, S_FALSE}};
     for (const auto& [of, driverStays, nodesStay] : companions) {
-        auto companion = of(*std::make_unique<Bench>("READ:DVBT:ALAR:STAT? = 1:0:0,0,-,0,-,0,-,0,-,0,-,0,-,0,-,1,2,3"));
+        auto companion = of(*std::make_unique<Bench>("READ:DVBT:ALAR:STAT? = 1:0:0,0,-,0,-,0,-,0,-,0,-,0,-,1,2,3"));
         EXPECT_EQ(driver.CanUnload(), driverStays);
         EXPECT_EQ(nodes.CanUnload(), nodesStay);
         companion = {};
