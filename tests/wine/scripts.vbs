@@ -82,5 +82,5 @@ statistics.Statistics = "1:30:00,0,-,0,-,0,-,0,-,0,-,0,-,1,---,3"
 Check "an object", TypeName(statistics.MonitoringTime) & CDbl(statistics.MonitoringTime), "Date" & 0.0625
 CheckError "all of that", "0", "", ""
 
-If passedChecks + failedChecks <> 20 Then failedChecks = failedChecks + 1
+If passedChecks + failedChecks <> 21 Then failedChecks = failedChecks + 1
 WScript.Echo passedChecks & " passed, " & CLng(failedChecks) & " failed"
