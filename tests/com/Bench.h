@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <map>
 
 #include "platform/com/Object.h"
@@ -63,19 +64,44 @@ class StandIn : public com::Object<IClassFactory, ISupportErrorInfo> {
 class FakeLink : public Fake<ITextLink, IBlockLink, IConnection> {
   public:
     /// From now on the answers to queries, as "QUERY? = ANSWER | QUERY? = ANSWER".
-    void Answers(const std::string& dialogue);
+    void Answers(const std::string& dialogue) {
+        for (std::size_t from = 0, to; from < dialogue.size(); from = to + 3) {
+            to = std::min(dialogue.find(" | ", from), dialogue.size());
+            const auto equals = dialogue.find(" = ", from);
+            if (equals < to)
+                answers_[dialogue.substr(from, equals - from)] = dialogue.substr(equals + 3, to - equals - 3);
+        }
+    }
 
     STDMETHODIMP get_Timeout(float* seconds) override { return Give(seconds, 5.0F); }
     STDMETHODIMP put_Timeout(float) override { return S_OK; }
-    STDMETHODIMP SendReceive(BSTR command, VARIANT* response) override;
-    STDMETHODIMP WriteString(BSTR command) override;
-    STDMETHODIMP ReadString(VARIANT command, BSTR* answer) override;
-    STDMETHODIMP ReadBlock(short count, VARIANT command, VARIANT* data) override;
+    STDMETHODIMP SendReceive(BSTR command, VARIANT* response) override {
+        if (com::ParameterNotFound(*response)) return WriteString(command);
+        return com::Border(IID_ITextLink, [&] { com::Assign(*response, Take(com::Utf8(command))); });
+    }
+    STDMETHODIMP WriteString(BSTR command) override { return Lines.push_back(com::Utf8(command)), S_OK; }
+    STDMETHODIMP ReadString(VARIANT command, BSTR* answer) override {
+        return com::Border(IID_ITextLink,
+                           [&] { *answer = com::ToBstr(Take(com::OptionalText(command).value_or("nothing"))); });
+    }
+    STDMETHODIMP ReadBlock(short count, VARIANT, VARIANT* data) override {
+        const std::string piece = Block.substr(0, static_cast<std::size_t>(count));
+        Block.erase(0, piece.size());
+        return Give(data, com::ToVariant(std::vector<std::uint8_t>(piece.begin(), piece.end())));
+    }
     STDMETHODIMP WriteBlock(short, VARIANT, BSTR) override { return S_OK; }
     STDMETHODIMP put_Name(BSTR name) override { return Give(&Name, com::Utf8(name)); }
     STDMETHODIMP get_Name(BSTR* name) override { return Give(name, com::ToBstr(Name)); }
-    STDMETHODIMP get_Settings(INode** settings) override;
-    STDMETHODIMP put_Connect(VARIANT_BOOL connect) override;
+    STDMETHODIMP get_Settings(INode** settings) override {
+        const Bstr name(std::string_view("TCP/IP"));
+        return Create<INode>(CLSID_clsNode)->AddSetting(name.get(), 0, 0, nullptr, nullptr, settings);
+    }
+    STDMETHODIMP put_Connect(VARIANT_BOOL connect) override {
+        connected_ = Works ? connect : VARIANT_FALSE;
+        if (!connect || Works) return S_OK;
+        com::ComFramework()->TheMessageLog().Log(1, "TARN", "No connection", "COM9: sent nothing");
+        return E_FAIL;
+    }
     STDMETHODIMP get_IsConnected(VARIANT_BOOL* connected) override { return Give(connected, connected_); }
 
     std::vector<std::string> Lines;
@@ -83,7 +109,13 @@ class FakeLink : public Fake<ITextLink, IBlockLink, IConnection> {
     bool Works = true;
 
   private:
-    std::string Take(const std::string& line);
+    std::string Take(const std::string& line) {
+        Lines.push_back(line);
+        if (!answers_.contains(line)) throw platform::AutomationError(platform::ObjectError(2014), "link", "Timed out");
+        std::string text = answers_[line];
+        const auto place = text.find("{n}");
+        return place == text.npos ? text : text.replace(place, 3, std::to_string(std::ranges::count(Lines, line)));
+    }
 
     std::map<std::string, std::string> answers_;
     VARIANT_BOOL connected_ = VARIANT_FALSE;
@@ -93,14 +125,35 @@ class FakeLink : public Fake<ITextLink, IBlockLink, IConnection> {
 /// driver takes a serial port that opens.
 class Bench {
   public:
-    explicit Bench(const std::string& dialogue = "", bool onLine = true);
-    ~Bench();
+    explicit Bench(const std::string& dialogue = "", bool onLine = true) {
+        EXPECT_EQ(application->put_DelayScale(0.0), S_OK);
+        link.Answers(
+            "SYST:ERR? = 0,\"No error\" | *IDN? = VANTERRA,TARN,100123,5.10 | READ:INFO:DATA? = 0 | "
+            "SYSTEM:SERVICE:GET:BOARD:INFO? = 0x83 7.0 | " +
+            dialogue);
+        EXPECT_EQ(Setting("Remote Control")->put_Value(Arg("TCP/IP")), S_OK);
+        OnLine(onLine);
+    }
+    ~Bench() {
+        OnLine(false);
+        EXPECT_EQ(application->put_DelayScale(1.0), S_OK);
+    }
     Bench(const Bench&) = delete;
     Bench& operator=(const Bench&) = delete;
 
     /// Takes the driver on-line or off-line, if it is not there already.
-    void OnLine(bool onLine);
-    ComPtr<INode> Setting(const char* path) const;
+    void OnLine(bool onLine) {
+        const VARIANT_BOOL wanted = onLine ? VARIANT_TRUE : VARIANT_FALSE;
+        VARIANT_BOOL now = VARIANT_FALSE;
+        EXPECT_EQ(setup->get_OnLine(&now), S_OK);
+        EXPECT_EQ(now == wanted ? S_OK : setup->put_OnLine(wanted), S_OK);
+    }
+    ComPtr<INode> Setting(const char* path) const {
+        ComPtr<INode> settings, setting;
+        EXPECT_EQ(setup->get_Settings(settings.put()), S_OK);
+        EXPECT_EQ(settings->get_Item(Arg(path), setting.put()), S_OK);
+        return setting;
+    }
 
     FakeLink link;
     StandIn standIn{CLSID_clsEthernet, static_cast<ITextLink*>(&link)};

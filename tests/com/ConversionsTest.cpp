@@ -55,16 +55,6 @@ TEST(Variants, BecomeValues) {
     EXPECT_FALSE(com::InUse());
 }
 
-TEST(Variants, TellWhetherAnArgumentWasGiven) {
-    VARIANT missing = com::MissingArgument();
-    EXPECT_TRUE(com::ParameterNotFound(Reference(&missing)));
-    EXPECT_FALSE(com::ParameterNotFound(Whole(VT_ERROR, E_FAIL)));
-    EXPECT_TRUE(com::Missing(VARIANT{}));
-    EXPECT_FALSE(com::Missing(Arg("")));
-    EXPECT_EQ(com::OptionalNumber(Arg("12")), 12);
-    EXPECT_EQ(Raised([] { com::OptionalNumber(Arg("x")); }), "13 test-com: Type mismatch");
-}
-
 TEST(Variants, AreAssignedInTheTypeOfTheVariable) {
     short number = 0;
     LONG whole = 0;
