@@ -36,36 +36,28 @@ VARTYPE TypeOf(std::string_view name) {
 
 /// Variables of the caller whose references some members take.
 struct Variables {
-    short number = 1;
-    SAFEARRAY* bytes = nullptr;
+    short Number = 1;
+    SAFEARRAY* Bytes = nullptr;
 };
 
-/// A call of a slot; `value` is what is written, or the argument of a function.
-struct Use {
-    const Slot& slot;
-    double value;
-    VARTYPE numbers;  // the type in which numbers are passed; VT_EMPTY for their own
-
-    std::vector<Arg> Arguments(Variables& variables) const {
-        const std::string_view type = slot.Of.Type;
-        const auto number = [&](VARTYPE own, double given) {
-            com::Variant converted;
-            const auto wanted = numbers == VT_EMPTY ? own : numbers;
-            EXPECT_EQ(VariantChangeType(&converted, Arg(given).Get(), 0, wanted), S_OK) << slot.Of.Name;
-            return Arg(converted);
-        };
-        std::vector<Arg> arguments;
-        if (type.ends_with("Integer&)")) arguments.emplace_back(Typed(VT_BYREF | VT_I2, &variables.number));
-        const double first = slot.Of.Kind == support::Function ? value : slot.Of.Has.Argument;
-        if (type.find("(udt") != type.npos) arguments.push_back(number(VT_I4, first));
-        if (type.ends_with("Byte()&)")) arguments.emplace_back(Typed(VT_BYREF | VT_ARRAY | VT_UI1, &variables.bytes));
-        for (const int carrier : {10, 1704}) {
-            if (type.starts_with("(intStart")) arguments.push_back(number(VT_I2, carrier));
-        }
-        if (slot.Written) arguments.push_back(number(TypeOf(type), value));
-        return arguments;
-    }
-};
+/// The arguments of a call; `value` is what is written, or the argument of a function, `numbers` the type in which
+/// numbers are passed, VT_EMPTY for their own.
+std::vector<Arg> Arguments(const Slot& slot, double value, VARTYPE numbers, Variables& variables) {
+    const std::string_view type = slot.Of.Type;
+    std::vector<Arg> arguments;
+    const auto add = [&](VARTYPE own, double given) {
+        com::Variant converted;
+        EXPECT_EQ(VariantChangeType(&converted, Arg(given).Get(), 0, numbers == VT_EMPTY ? own : numbers), S_OK);
+        arguments.emplace_back(converted);
+    };
+    if (type.ends_with("Integer&)")) arguments.emplace_back(Typed(VT_BYREF | VT_I2, &variables.Number));
+    if (type.find("(udt") != type.npos) add(VT_I4, slot.Of.Kind == support::Function ? value : slot.Of.Has.Argument);
+    if (type.ends_with("Byte()&)")) arguments.emplace_back(Typed(VT_BYREF | VT_ARRAY | VT_UI1, &variables.Bytes));
+    if (type.starts_with("(intStart")) add(VT_I2, 10);
+    if (type.starts_with("(intStart")) add(VT_I2, 1704);
+    if (slot.Written) add(TypeOf(type), value);
+    return arguments;
+}
 
 constexpr LONGLONG Poison = 0x5555555555555555;
 
@@ -138,7 +130,7 @@ void Walk(const Way& way) {
         const auto entries = slot.Written ? support::Values(m) : support::Entries(m.Answers);
         const auto [in, out] = entries.empty() ? std::pair<std::string, std::string>() : entries[0];
         const bool function = m.Kind == support::Function;
-        const Use use{slot, slot.Written || function ? std::stod(in) : 0.0, way.Numbers};
+        const double value = slot.Written || function ? std::stod(in) : 0.0;
         if (!made || *has.Interface) made.emplace();  // what it knows of the instrument's identity, it keeps
         Bench& bench = *made;
         com::Variant result;
@@ -146,12 +138,13 @@ void Walk(const Way& way) {
         const auto expect = [&](const std::string& outcome) {
             result = {};
             LeaveStaleInformation();
-            EXPECT_EQ(way.Call(bench.driver.get(), slot, use.Arguments(variables), result), outcome);
+            const auto arguments = Arguments(slot, value, way.Numbers, variables);
+            EXPECT_EQ(way.Call(bench.driver.get(), slot, arguments, result), outcome);
             EXPECT_EQ(Told(S_OK), "") << "left behind";
         };
         const auto setMode = [&](int mode) {
-            const auto value = static_cast<TarnMeasureModes>(mode);
-            EXPECT_EQ(has.In.Bits == 0 ? S_OK : bench.driver->put_MeasureMode(value), S_OK);
+            const auto chosen = static_cast<TarnMeasureModes>(mode);
+            EXPECT_EQ(has.In.Bits == 0 ? S_OK : bench.driver->put_MeasureMode(chosen), S_OK);
         };
 
         for (const bool onLine : {false, true}) bench.OnLine(onLine);  // the driver forgets what it has read

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <map>
 
 #include "platform/com/Registration.h"
@@ -14,18 +15,19 @@ using Entries = std::map<std::wstring, std::wstring>;
 
 void Collect(HKEY above, const std::wstring& path, Entries& entries) {
     HKEY key = nullptr;
-    const auto place = L"Software\\Classes" + (path.empty() ? L"" : L'\\' + path);
-    if (RegOpenKeyExW(above, place.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return;
-    wchar_t name[256], data[512] = L"";
-    DWORD length = 256, size = sizeof data, values = 0, keys = 0;
-    for (; RegEnumValueW(key, values, name, &length, nullptr, nullptr, reinterpret_cast<BYTE*>(data), &size) ==
-           ERROR_SUCCESS;
-         ++values, length = 256, size = sizeof data) {
+    if (RegOpenKeyExW(above, (L"Software\\Classes" + path).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return;
+    wchar_t name[256], data[512];
+    for (DWORD index = 0, length = 256;
+         RegEnumValueW(key, index++, name, &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+         length = 256) {
+        DWORD size = sizeof data;
+        RegGetValueW(key, nullptr, name, RRF_RT_REG_SZ, nullptr, data, &size);
         entries[path + L'|' + name] = data;
     }
-    for (; RegEnumKeyW(key, keys, name, 256) == ERROR_SUCCESS; ++keys)
-        Collect(above, path.empty() ? name : path + L'\\' + name, entries);
-    if (values + keys == 0 && !path.empty()) entries[path];
+    for (DWORD index = 0; RegEnumKeyW(key, index++, name, 256) == ERROR_SUCCESS;) {
+        entries[path + L'\\' + name];
+        Collect(above, path + L'\\' + name, entries);
+    }
     RegCloseKey(key);
 }
 
@@ -33,21 +35,23 @@ constexpr wchar_t Node[] = L"{0F69D974-24D9-46C0-9713-A21CA17D7BF5}";
 constexpr wchar_t Vendor[] = L"{01234567-89AB-CDEF-0123-456789ABCDEF}";
 constexpr wchar_t Kernel[] = L"C:\\windows\\system32\\kernel32.dll";
 
+// The user's own last: it is what both lead to.
+const std::pair<HKEY, const wchar_t*> Hives[] = {{HKEY_LOCAL_MACHINE, L"Software\\XTarn4x tests\\machine"},
+                                                 {HKEY_CURRENT_USER, L"Software\\XTarn4x tests\\user"}};
+
 /// Seamcfg.dll, and a copy of it in another folder.
 class Registering : public testing::Test {
   protected:
     Registering() {
-        for (const auto& [hive, key, path] : hives_) {
+        for (const auto& [hive, path] : Hives) {
+            HKEY key = nullptr;
             RegDeleteTreeW(HKEY_CURRENT_USER, path);
-            RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key, nullptr);
+            RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
+            RegOverridePredefKey(hive, key);
         }
-        for (const auto& [hive, key, path] : hives_) RegOverridePredefKey(hive, *key);
     }
     ~Registering() override {
-        for (const auto& [hive, key, path] : hives_) {
-            RegOverridePredefKey(hive, nullptr);
-            RegCloseKey(*key);
-        }
+        for (const auto& [hive, path] : Hives) RegOverridePredefKey(hive, nullptr);
         RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\XTarn4x tests");
     }
 
@@ -65,12 +69,8 @@ class Registering : public testing::Test {
         Collect(hive, L"", entries);
         return entries;
     }
-    /// The same file under another name.
-    static std::wstring Dotted(std::wstring file) { return file.insert(file.rfind(L'\\'), L"\\."); }
     static std::wstring Copy(const std::wstring& file) {
-        wchar_t folder[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        const auto copy = std::wstring(folder) + L"Seamcfg.dll";
+        const auto copy = std::filesystem::temp_directory_path() / L"Seamcfg.dll";
         CopyFileW(file.c_str(), copy.c_str(), FALSE);
         return copy;
     }
@@ -78,16 +78,6 @@ class Registering : public testing::Test {
     const std::wstring file_ = Component::File(L"Seamcfg");
     const Component component_{file_};
     const Component copy_{Copy(file_)};
-
-  private:
-    HKEY machine_ = nullptr;
-    HKEY user_ = nullptr;
-    const struct {
-        HKEY hive;
-        HKEY* key;
-        const wchar_t* path;
-    } hives_[2] = {{HKEY_LOCAL_MACHINE, &machine_, L"Software\\XTarn4x tests\\machine"},
-                   {HKEY_CURRENT_USER, &user_, L"Software\\XTarn4x tests\\user"}};
 };
 
 TEST_F(Registering, TakesAllOfItAway) {
@@ -122,7 +112,7 @@ TEST_F(Registering, GivesWayToAnotherExistingFile) {
         {HKEY_LOCAL_MACHINE, L"LocalServer32", L"\"C:\\windows\\regedit.exe\" /a", SELFREG_E_CLASS},
         {HKEY_LOCAL_MACHINE, L"LocalServer32", L"C:\\windows\\regedit.exe /a", SELFREG_E_CLASS},
         {HKEY_LOCAL_MACHINE, L"InprocServer32", L"C:\\gone\\Seamcfg.dll", S_OK},
-        {HKEY_LOCAL_MACHINE, L"InprocServer32", Dotted(file_), S_OK},
+        {HKEY_LOCAL_MACHINE, L"InprocServer32", std::wstring(file_).insert(file_.rfind(L'\\'), L"\\."), S_OK},
     };
     for (const auto& entry : cases) {
         SCOPED_TRACE(com::Utf8(entry.file));
@@ -132,7 +122,7 @@ TEST_F(Registering, GivesWayToAnotherExistingFile) {
         EXPECT_EQ(component_.Register(), entry.result);
         EXPECT_EQ(Of(HKEY_LOCAL_MACHINE) == before, entry.result != S_OK);
         EXPECT_EQ(component_.Install(TRUE, L"force"), S_OK);
-        EXPECT_EQ(Of(HKEY_LOCAL_MACHINE)[L"Seamcfg.clsNode\\CLSID|"], Node);
+        EXPECT_EQ(Of(HKEY_LOCAL_MACHINE)[L"\\Seamcfg.clsNode\\CLSID|"], Node);
     }
     const auto told = Told(copy_.Register());
     EXPECT_TRUE(told.starts_with("+513 Seamcfg.clsNode: Seamcfg.clsNode already leads to " + com::Utf8(file_) + ". "))
@@ -152,9 +142,9 @@ TEST_F(Registering, IsUndoneOnlyWhereItStillLeadsToTheFile) {
     Write(HKEY_LOCAL_MACHINE, library, Vendor);
     EXPECT_EQ(copy_.Unregister(), S_OK);
     auto left = Of(HKEY_LOCAL_MACHINE);
-    EXPECT_EQ(left[L"Seamcfg.clsNode|"], L"Settings node");
-    EXPECT_EQ(left[std::wstring(library) + L'|'], Vendor);
-    EXPECT_EQ(left.count(std::wstring(L"CLSID\\") + Node + L'|'), 0u);
+    EXPECT_EQ(left[L"\\Seamcfg.clsNode|"], L"Settings node");
+    EXPECT_EQ(left[std::wstring(L"\\") + library + L'|'], Vendor);
+    EXPECT_EQ(left.count(std::wstring(L"\\CLSID\\") + Node + L'|'), 0u);
 }
 
 TEST_F(Registering, RollsBackWhenItFailsHalfWay) {
