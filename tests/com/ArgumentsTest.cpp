@@ -4,8 +4,6 @@
 
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
 /// An exchange: an impulse response whose echo n has n.5 dB and 100 + n microseconds.
 std::string Echoes() {
     std::string answer = "READ:DVBT:IRESPONSE:PEAK? = ";
@@ -24,9 +22,7 @@ TEST(Arguments, AreFoundByNameAndByReference) {
     EXPECT_EQ(bench.script.Get(L"StatusOfdmCodeRate", {}, {{L"udtpriority", tarnHigh}}, DISPATCH_PROPERTYGET), "1");
     EXPECT_EQ(bench.script.Put(L"StatusOfdmCodeRate", {tarn3_4}, {{L"udtPriority", tarnLow}}), "");
     EXPECT_EQ(bench.link.Lines.back(), "SENSE:DVBT:CODE:RATE:LP 3,4");
-    for (const auto& [wrong, outcome] : {std::pair(L"udtWrong", "80020006"), {L"\xD834", "80020006"}}) {
-        EXPECT_EQ(bench.script.Get(L"StatusOfdmCodeRate", {}, {{wrong, 1}}), outcome);
-    }
+    EXPECT_EQ(bench.script.Get(L"StatusOfdmCodeRate", {}, {{L"udtWrong", 1}}), "80020006");
     bench.link.Answers("READ:DVBT:FFT:MODE? = 2K");
     EXPECT_EQ(bench.script.Put(L"MeasureMode", {tarnPAR}), "");
     const auto carriers = [&](std::vector<Arg> ordered, const Script::Named& named) {
@@ -46,7 +42,7 @@ TEST(Arguments, TakeTheScreen) {
         EXPECT_EQ(bench.driver->get_ScreenShot(static_cast<TarnScreenShotModes>(mode), bytes, &done), S_OK);
         EXPECT_EQ(done, VARIANT_TRUE);
     };
-    Arg array(com::ToVariant(Bytes{'9'})), made(VARIANT{}), variable("before"),
+    Arg array(com::ToVariant(std::vector<std::uint8_t>{'9'})), made(VARIANT{}), variable("before"),
         inner(Typed(VT_ARRAY | VT_UI1, nullptr));
     table(tarnCapture, &array.parray);
     EXPECT_EQ(Text(array), "9");

@@ -89,16 +89,20 @@ inline std::string Told(HRESULT result, std::string source, const std::string& d
     return number + (source.empty() ? "" : ' ' + source + ": " + description);
 }
 
-/// What a call through the function table comes to; takes the thread's error information.
-inline std::string Told(HRESULT result) {
+/// What a call through the function table comes to; takes the thread's error information, which that interface raised.
+inline std::string Told(HRESULT result, const IID* raisedBy = nullptr) {
     ComPtr<IErrorInfo> information;
     Bstr source, description;
+    IID iid{};
     if (GetErrorInfo(0, information.put()) == S_OK) {
         information->GetSource(source.put());
         information->GetDescription(description.put());
+        information->GetGUID(&iid);
+        EXPECT_TRUE(!raisedBy || iid == *raisedBy) << com::Utf8(com::ToText(iid));
     }
     return Told(result, source.Utf8(), description.Utf8());
 }
+
 /// What a function comes to.
 inline std::string Raised(const std::function<void()>& call) {
     try {

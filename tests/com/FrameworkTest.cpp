@@ -147,11 +147,13 @@ TEST_F(Nodes, AreEnumerated) {
     EXPECT_EQ(clone->Next(2, rest, nullptr), E_POINTER);
 }
 
+void CALLBACK AskToStop(HWND, UINT, UINT_PTR, DWORD) {
+    Create<IApplication>(CLSID_clsApplication)->put_AbortRequested(VARIANT_TRUE);
+}
+
 TEST(Services, HandleMessagesInADelayAndLeaveItsEndToTheHost) {
     const auto application = Create<IApplication>(CLSID_clsApplication);
-    const auto timer = SetTimer(nullptr, 0, 1, [](HWND, UINT, UINT_PTR, DWORD) {
-        Create<IApplication>(CLSID_clsApplication)->put_AbortRequested(VARIANT_TRUE);
-    });
+    const auto timer = SetTimer(nullptr, 0, 1, AskToStop);
     // Long enough to be noticed by everybody: a test that waits for its end is a failed one.
     EXPECT_EQ(application->Delay(100000.0F), S_OK);
     KillTimer(nullptr, timer);

@@ -90,7 +90,7 @@ std::string ThroughTable(_clsTarn4x* driver, const Slot& slot, std::vector<Arg> 
         EXPECT_TRUE(Told(call()).starts_with("80004003")) << slot.Of.Name;
         argument.byref = reference;
     }
-    const auto outcome = Told(call());
+    const auto outcome = Told(call(), &__uuidof(_clsTarn4x));
     if (outcome.empty()) return type == VT_EMPTY ? "" : Text(result);
     const bool freed = type == VT_BSTR || type == VT_DISPATCH;
     EXPECT_TRUE(type == VT_EMPTY || (freed ? result.byref == nullptr : result.llVal == Poison)) << slot.Of.Name;

@@ -11,11 +11,12 @@ struct Sample {
     std::wstring Given, Kept = Given;
     std::string Utf8() const { return com::Utf8(Kept); }
 };
+const std::wstring Clef = L"\xD834\xDD1E";
 const Sample Samples[] = {{L"Gr\u00F6\u00DFe"},
-                          {L"\xD834\xDD1E \x6D4B"},
+                          {Clef + L"\x6D4B"},
                           {L"a\0b"s},
                           {std::wstring(65536, L'\xF6')},
-                          {std::wstring(65535, L'x') + L"\xD834\xDD1E"},
+                          {std::wstring(65535, L'x') + Clef},
                           {L"a\xD834.", L"a\xFFFD."},
                           {L"\xDD1E\xD834", L"\xFFFD\xFFFD"}};
 
@@ -123,8 +124,7 @@ TEST(Texts, FollowTheUsersDecimalCommaInCallsOnly) {
     EXPECT_EQ(bench.script.Get(L"MeasureRfLevel"), "-45.5");
     EXPECT_EQ(bench.script.Object(L"AlarmStatistics").Get(L"CorrCntBeforeVit"), "1500")
         << "a point separates thousands";
-    VARIANT currency{};
-    currency.vt = VT_CY;
+    VARIANT currency = Typed(VT_CY, nullptr);
     currency.cyVal.int64 = 125000;
     Script setting(bench.Setting("Serial Number"));
     EXPECT_EQ(setting.Put(L"Value", {currency}), "");
