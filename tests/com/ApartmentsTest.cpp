@@ -3,7 +3,6 @@
 #include <thread>
 
 #include "tests/com/Bench.h"
-#include "tests/com/Footprint.h"
 
 // Objects used from other apartments than their own, and from several threads at once. The instrument's answers tell
 // which query they belong to and how often that was asked.
@@ -28,28 +27,22 @@ void InThreads(const std::vector<COINIT>& apartments, const std::function<void(s
     for (auto& thread : threads) thread.join();
 }
 
-/// An object that other apartments can fetch.
+/// An object that other apartments can fetch, as long as somebody can.
 template <class Interface>
-class Offer {
-  public:
-    explicit Offer(const ComPtr<Interface>& object) {
-        com::Check(table_->RegisterInterfaceInGlobal(object.get(), __uuidof(Interface), &cookie_));
-    }
-    Offer(const Offer&) = delete;
-    Offer& operator=(const Offer&) = delete;
-    ~Offer() { table_->RevokeInterfaceFromGlobal(cookie_); }
-
-    ComPtr<Interface> Fetch() const {
-        ComPtr<Interface> object;
-        com::Check(Create<IGlobalInterfaceTable>(CLSID_StdGlobalInterfaceTable)
-                       ->GetInterfaceFromGlobal(cookie_, __uuidof(Interface), object.putVoid()));
-        return object;
-    }
-
-  private:
-    ComPtr<IGlobalInterfaceTable> table_ = Create<IGlobalInterfaceTable>(CLSID_StdGlobalInterfaceTable);
-    DWORD cookie_ = 0;
-};
+std::function<ComPtr<Interface>()> Offer(const ComPtr<Interface>& object) {
+    const auto table = [] { return Create<IGlobalInterfaceTable>(CLSID_StdGlobalInterfaceTable); };
+    const auto revoke = [=](const DWORD* cookie) {
+        table()->RevokeInterfaceFromGlobal(*cookie);
+        delete cookie;
+    };
+    const std::shared_ptr<DWORD> cookie(new DWORD, revoke);
+    com::Check(table()->RegisterInterfaceInGlobal(object.get(), __uuidof(Interface), cookie.get()));
+    return [=] {
+        ComPtr<Interface> fetched;
+        com::Check(table()->GetInterfaceFromGlobal(*cookie, __uuidof(Interface), fetched.putVoid()));
+        return fetched;
+    };
+}
 
 /// The kinds of calls that a host makes, as it sees them in its own apartment.
 void UseEveryKindOfMember(const ComPtr<_clsTarn4x>& driver) {
@@ -79,9 +72,9 @@ TEST(Apartments, UseADriverOfAnother) {
         Bench bench(
             "SENS:FREQ:CENT? = 500{n} | SENS:DVBT:MEAS? = NORM | READ:DVBT:ALAR:STAT? = "
             "0:0:0,0:0:0,,0:0:0,,0:0:0,,0:0:0,,0:0:0,,0:0:0,,1,2,3");
-        const Offer offer(bench.driver);
+        const auto fetch = Offer(bench.driver);
         InThreads({apartment}, [&](auto) {
-            const auto proxy = offer.Fetch();
+            const auto proxy = fetch();
             EXPECT_NE(proxy.get(), bench.driver.get());
             UseEveryKindOfMember(proxy);
         });
@@ -98,16 +91,16 @@ TEST(Apartments, MayHaveManyThreadsThatCreateDrivers) {
 TEST(Apartments, ReachNodesAndTransportsOfAnother) {
     const auto root = Create<INode>(CLSID_clsNode);
     const auto link = Create<ITextLink>(CLSID_clsEthernet);
-    const Offer rootOffer(root);
-    const Offer linkOffer(link);
+    const auto fetchRoot = Offer(root);
+    const auto fetchLink = Offer(link);
     InThreads({Single}, [&](auto) {
-        const auto there = rootOffer.Fetch();
+        const auto there = fetchRoot();
         com::NodeProxy node(there);
         node.AddSetting("Host", 1, 4, "")->SetValue(true, true, std::string("127.0.0.1"));
         EXPECT_EQ(platform::ToText(node.Item("Host")->GetValue()), "127.0.0.1");
         const auto here = Create<INode>(CLSID_clsNode);
         EXPECT_EQ(Told(here->AddNode(there.get(), VARIANT_TRUE, VARIANT_TRUE)).substr(0, 2), "13");
-        com::TransportProxy proxy(linkOffer.Fetch());
+        com::TransportProxy proxy(fetchLink());
         proxy.SetTimeout(2.5F);
         EXPECT_EQ(proxy.Timeout(), 2.5F);
         proxy.SetName("TARN1");
@@ -120,10 +113,10 @@ TEST(Apartments, ReachNodesAndTransportsOfAnother) {
 TEST(Apartments, ShareTheServices) {
     for (const auto* clsid : {&CLSID_clsApplication, &CLSID_clsMessageLog, &CLSID_clsErrorService}) {
         const auto here = Create<IUnknown>(*clsid);
-        const Offer offer(here);
+        const auto fetch = Offer(here);
         InThreads({Single, Multiple}, [&](auto) {
             EXPECT_EQ(Create<IUnknown>(*clsid).get(), here.get());
-            EXPECT_EQ(offer.Fetch().get(), here.get()) << "without marshalling";
+            EXPECT_EQ(fetch().get(), here.get()) << "without marshalling";
         });
     }
 }
@@ -165,10 +158,10 @@ TEST(Apartments, MayShareADriverAtOnce) {
     for (std::size_t reading = 0; reading < Readings.size(); ++reading) bench.link.Answers(Tagged(reading));
     // This one is asked for again and again; the others' calls come while the driver waits.
     EXPECT_EQ(bench.application->put_DelayScale(0.002), S_OK);
-    const Offer offer(bench.driver);
+    const auto fetch = Offer(bench.driver);
     InThreads({Single, Multiple, Single, Multiple, Single, Multiple, Single, Multiple, Single},
               [&](std::size_t thread) {
-                  const auto driver = offer.Fetch();
+                  const auto driver = fetch();
                   if (thread < 8) return ReadTagged(thread / 2, driver);
                   for (int n = 0; n < 5; ++n) EXPECT_EQ(Script(driver).Get(L"MeasureOfdmSignalToNoiseRatio"), "0");
               });

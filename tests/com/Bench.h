@@ -162,3 +162,9 @@ class Bench {
     ComPtr<IDriverSetup> setup = driver.As<IDriverSetup>();
     Script script{driver};
 };
+
+/// A whole number from an environment variable.
+int Environment(const char* variable, int otherwise);
+
+/// A session with the simulated receiver: through the function table and by name, with a read, an object, a failure.
+void UseTheReceiver(const ComPtr<_clsTarn4x>& driver);

@@ -1,7 +1,6 @@
 #include <filesystem>
 
 #include "tests/com/Bench.h"
-#include "tests/com/Footprint.h"
 
 // The framework's objects as hosts, scripts and drivers see them: the host, settings, services and transports.
 
@@ -9,12 +8,7 @@ namespace {
 
 TEST(Host, FindsAndCreatesDrivers) {
     Script host(Create<IHost>(CLSID_clsHost)), entry(Create<_clsRegister>(CLSID_clsRegister));
-    EXPECT_EQ(host.Get(L"Drivers"), "array");
-    LONG first = 0, last = -1;
-    com::Variant name;
-    EXPECT_EQ(SafeArrayGetElement(host.Result.parray, &first, &name), S_OK);
-    EXPECT_EQ(SafeArrayGetUBound(host.Result.parray, 1, &last), S_OK);
-    EXPECT_EQ(Text(name) + std::to_string(last), "XTarn4x0");
+    EXPECT_EQ(host.Get(L"Drivers"), "array");  // which scripts go through
     EXPECT_EQ(host.Get(L"Describe", {"XTarn4x"}), "Tarn4x");
     EXPECT_EQ(entry.All({L"IRegister_GetClassName", L"IRegister_GetClassDescription"}), "clsTarn4x|Tarn4x");
     EXPECT_EQ(host.Object(L"CreateDriver", {"XTarn4x"}).Get(L"FormatFftMode", {1}), "8K");

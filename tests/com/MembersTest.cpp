@@ -112,14 +112,6 @@ const struct Way {
     VARTYPE Numbers;
 } Ways[] = {{"table", ThroughTable, VT_EMPTY}, {"name", ByName, VT_EMPTY}, {"converted", ByName, VT_R8}};
 
-/// Error information that another object has left behind on this thread.
-void LeaveStaleInformation() {
-    ComPtr<ICreateErrorInfo> stale;
-    com::Check(CreateErrorInfo(stale.put()));
-    stale->SetSource(Bstr(std::string_view("Somebody.else")).get());
-    SetErrorInfo(0, stale.As<IErrorInfo>().get());
-}
-
 void Walk(const Way& way) {
     std::optional<Bench> made;
     for (const auto& slot : Slots()) {
@@ -137,7 +129,7 @@ void Walk(const Way& way) {
         Variables variables;
         const auto expect = [&](const std::string& outcome) {
             result = {};
-            LeaveStaleInformation();
+            com::Border(IID_IDispatch, [] { throw platform::AutomationError(1, "somebody", "left behind"); });
             const auto arguments = Arguments(slot, value, way.Numbers, variables);
             EXPECT_EQ(way.Call(bench.driver.get(), slot, arguments, result), outcome);
             EXPECT_EQ(Told(S_OK), "") << "left behind";
