@@ -98,6 +98,7 @@ class FakeLink : public Fake<ITextLink, IBlockLink, IConnection> {
     }
     STDMETHODIMP put_Connect(VARIANT_BOOL connect) override {
         connected_ = Works ? connect : VARIANT_FALSE;
+        com::Check(Create<IApplication>(CLSID_clsApplication)->get_AppState(&StateThen));
         if (!connect || Works) return S_OK;
         com::ComFramework()->TheMessageLog().Log(1, "TARN", "No connection", "COM9: sent nothing");
         return E_FAIL;
@@ -107,6 +108,7 @@ class FakeLink : public Fake<ITextLink, IBlockLink, IConnection> {
     std::vector<std::string> Lines;
     std::string Block, Name;  ///< what ReadBlock hands out, piece by piece
     bool Works = true;
+    long StateThen = 0;  ///< of the application, when the link was opened or closed last
 
   private:
     std::string Take(const std::string& line) {

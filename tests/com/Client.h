@@ -58,6 +58,7 @@ inline VARIANT Typed(VARTYPE type, void* contents) {
 }
 inline VARIANT Reference(VARIANT* variable) { return Typed(VT_BYREF | VT_VARIANT, variable); }
 
+/// A result as text; arrays of bytes as they are.
 inline std::string Text(const VARIANT& value) {
     switch (value.vt) {
         case VT_BOOL:
@@ -78,6 +79,7 @@ inline std::string Text(const VARIANT& value) {
     }
 }
 
+/// The text of an error; source and description are empty when there is none.
 inline std::string Told(HRESULT result, std::string source, const std::string& description) {
     if (result == S_OK) return source + description;
     const auto code = static_cast<unsigned>(result);

@@ -32,7 +32,10 @@ TEST(Host, ReachesADriversSetupAndIdentity) {
     EXPECT_EQ(setup.Get(L"Name") + bench.link.Name, "TARN1TARN1");
     EXPECT_EQ(identity.All(Identity), "VANTERRA|TARN|100123|5.10|TARN-B12");
     EXPECT_EQ(setup.Put(L"OnLine", {true}), "2002 .OnLine: Driver already on-line");
+    EXPECT_EQ(bench.application->put_AppState(8), S_OK);
     EXPECT_EQ(setup.Put(L"OnLine", {false}), "");
+    EXPECT_EQ(bench.link.StateThen, 4) << "suspended";
+    EXPECT_EQ(Script(bench.application).Get(L"AppState"), "8");
     EXPECT_EQ(setup.Put(L"OnLine", {false}), "2003 .OnLine: Driver already off-line");
     EXPECT_EQ(bench.link.Lines.back(), "SYST:LOC");
     Fake<IDispatch> other;
@@ -46,8 +49,9 @@ TEST(Host, ReachesADriversSetupAndIdentity) {
 TEST(Host, SavesBytes) {
     Script host(Create<IHost>(CLSID_clsHost));
     const Arg bytes(com::ToVariant(std::vector<std::uint8_t>{'a', 10, 0}));
-    EXPECT_EQ(host.Get(L"SaveBytes", {"saved.bin", bytes}), "");
-    EXPECT_EQ(std::filesystem::file_size("saved.bin"), 3u);
+    const std::wstring file = std::filesystem::temp_directory_path() / L"saved.bin";
+    EXPECT_EQ(host.Get(L"SaveBytes", {std::wstring_view(file), bytes}), "");
+    EXPECT_EQ(std::filesystem::file_size(file), 3u);
     EXPECT_EQ(host.Get(L"SaveBytes", {"", bytes}), "75 Seamlib.clsHost: The file  cannot be written");
 }
 
