@@ -99,14 +99,12 @@ TEST(Statistics, AreObjectsOfTheirOwn) {
     const std::string days = "24:0:0,48:0:0,-,72:0:0,-,96:0:0,-,120:0:0,-,144:0:0,-,168:0:0,-,";
     Bench bench("READ:DVBT:ALAR:STAT? = " + days + "8,9,10");
     Script kept = bench.script.Object(L"AlarmStatistics"), first = bench.script.Object(L"AlarmStatistics");
-    const wchar_t* const names[] = {L"BerAfterRs",      L"MonitoringTime",         L"Level",
-                                    L"Synchronisation", L"ModErrorRatio",          L"BerBeforeVit",
-                                    L"BerBeforeRs",     L"MpegDataErrorTime",      L"CorrCntBeforeVit",
-                                    L"CorrCntBeforeRs", L"MpegDataErrorCntAfterRs"};
-    for (int n = 0; n < 11; ++n) {
-        EXPECT_EQ(first.Get(names[n]), std::to_string(n));
-        EXPECT_EQ(first.Result.vt, n < 8 ? VT_DATE : VT_R8) << n;
-    }
+    EXPECT_EQ(first.All({L"BerAfterRs", L"MonitoringTime", L"Level", L"Synchronisation", L"ModErrorRatio"}),
+              "0|1|2|3|4");
+    EXPECT_EQ(first.All({L"BerBeforeVit", L"BerBeforeRs", L"MpegDataErrorTime"}), "5|6|7");
+    EXPECT_EQ(first.Result.vt, VT_DATE);
+    EXPECT_EQ(first.All({L"CorrCntBeforeVit", L"CorrCntBeforeRs", L"MpegDataErrorCntAfterRs"}), "8|9|10");
+    EXPECT_EQ(first.Result.vt, VT_R8);
     for (const auto& [text, outcome] : {std::pair(days + "1,1,1", ""), {"1:0:0", "9"}, {"99999:0:0", "6"}}) {
         EXPECT_EQ(first.Put(L"Statistics", {text.c_str()}).substr(0, 1), outcome);
         EXPECT_EQ(first.Get(L"Statistics"), text);
