@@ -47,16 +47,16 @@ class FakeTransport : public platform::Transport {
     void SetName(std::string_view name) override { world->TransportName = name; }
     std::shared_ptr<platform::SettingsNode> Settings() override { return settings; }
     void Connect(bool connect) override {
-        bool works = !world->ConnectFails;
+        connected = false;
+        if (!connect) return world->StatesAtClosing.push_back(world->AppState());
         if (progId == "Conduit.clsComm") {
-            if (connect) world->ReportingDuringProbe.push_back(world->TheErrorService().ErrorReporting());
-            const auto port = platform::ToText(settings->Item("Comm Port")->GetValue());
-            works = std::ranges::count(world->SerialPorts, std::stoi(port)) != 0;
-        } else if (!connect) {
-            world->StatesAtClosing.push_back(world->AppState());
+            world->ReportingDuringProbe.push_back(world->TheErrorService().ErrorReporting());
+            const auto port = std::stoi(platform::ToText(settings->Item("Comm Port")->GetValue()));
+            if (std::ranges::count(world->SerialPorts, port) == 0) throw Error("2015 refused");
+        } else {
+            world->Enter("Connect");
         }
-        connected = connect && works;
-        if (connect && !works) throw Error("2015 refused");
+        connected = true;
     }
     bool IsConnected() override { return connected && !std::exchange(world->LinkLost, false); }
 
@@ -153,6 +153,7 @@ void Bench::Forget() {
     world->Sent = 0;
     world->TimeoutsSet.clear();
     world->Delays.clear();
+    world->StatesAtClosing.clear();
     world->TheMessageLog().Clear();
 }
 

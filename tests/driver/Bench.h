@@ -55,6 +55,7 @@ class World : public host::Framework, public host::Application, public std::enab
     bool AbortRequested() override { return Abort || Sent >= AbortAfterSending; }
     void Delay(float seconds) override;
     void ResumeState() override;
+    void Enter(std::string_view service);
 
     /// Adds lines, which stand between " | "; "11 x " in front of one repeats it.
     void Expect(std::string_view dialogue);
@@ -62,21 +63,16 @@ class World : public host::Framework, public host::Application, public std::enab
     std::string Take(std::string_view command);
     std::deque<std::string> Lines;  // the rest of the dialogue
     std::size_t Sent = 0, AbortAfterSending = SIZE_MAX;
-    bool Abort = false, ConnectFails = false;
-    bool LinkLost = false;          // told once
-    std::function<void()> AtDelay;  // once
-    std::string Failing;            // what raises an error: Log, Delay, ResumeState or creating the ProgID
-    std::string TransportName;
-    std::vector<std::string> BlockReads;  // "count command"
+    bool Abort = false, LinkLost = false;  // the second is told once
+    std::function<void()> AtDelay;         // once
+    std::string Failing, TransportName;    // the first is what raises an error: Log, Delay, Connect, a ProgID ...
+    std::vector<std::string> BlockReads;   // "count command"
     std::vector<int> SerialPorts{1}, StatesAtClosing;
     std::vector<bool> ReportingDuringProbe;
     float Timeout = 0.0F;
     std::vector<float> Delays, TimeoutsSet;
     std::string Block;  // what ReadBlock hands out, piece by piece
     std::shared_ptr<platform::SettingsNode> LastSettings;
-
-  private:
-    void Enter(std::string_view service);
 };
 
 /// A driver that is on-line over TCP/IP; its dialogue starts behind going on-line. The bench fails on a command that

@@ -102,12 +102,8 @@ std::vector<Use> Regular() {
 TEST(Members, AreAllInTheTable) {
     EXPECT_TRUE(std::ranges::equal(AllMembers(), support::DriverMembers, {}, &MemberRow::Name,
                                    [](const auto& member) { return std::string_view(member.Name); }));
-}
-
-TEST(Members, AreFoundInAnyCaseWithTheirHelp) {
     EXPECT_EQ(FindMember("MEASUREfrequencyOffset")->Help(),
               "Measures the carrier frequency offset in Hz. Needs measure mode NORM.");
-    EXPECT_EQ(FindMember("Reset")->Help(), "Puts the instrument into its power-on state and waits 15 s.");
     EXPECT_EQ(FindMember("MeasureNothing"), nullptr);
 }
 

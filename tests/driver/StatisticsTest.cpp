@@ -42,8 +42,7 @@ TEST(Statistics, RaiseAtTheFirstBadFieldAndKeepWhatCameBefore) {
 
 TEST(AlarmStatistics, AreANewObjectEachTime) {
     Bench bench("2 x READ:DVBT:ALAR:STAT? = " + Times + "1,2,3");
-    const auto first = bench->get_AlarmStatistics();
-    EXPECT_NE(first, bench->get_AlarmStatistics());
+    EXPECT_NE(bench->get_AlarmStatistics(), bench->get_AlarmStatistics());
     CHECK(bench, "CONF:DVBT:ALAR:RES", AlarmRegisterClear(), Done);
     EXPECT_THAT(bench.world->Delays, ElementsAre(3.0F));
 }

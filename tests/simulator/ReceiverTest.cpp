@@ -1,168 +1,76 @@
-#include <algorithm>
-
 #include "tests/simulator/Bench.h"
 
 namespace {
 
-TEST(Settling, EndsWithTheTimeOrWithTheSecondReading) {
-    for (const std::string change : {"SENS:DVBT:MEAS PAR\n", "SENS:FREQ:CENT 474E6\n", "*RST\n", "SYST:RES\n"}) {
-        Bench bench;
-        bench.Value("READ:RF:LEVEL?");
-        bench.Play(change + "READ:RF:LEVEL? -> ---\nREAD:DVBT:BER:BVIT? -> ---\nREAD:RF:LEVEL? ~ -.*[0-9]");
-        bench.Play(change + "+0.299 READ:RF:LEVEL? -> ---\n+0.001 READ:RF:LEVEL? ~ -.*[0-9]");
-    }
-}
-
 TEST(Results, ExistOnlyInTheirMeasureModes) {
-    const std::pair<const char*, std::string_view> queries[] = {
-        {"READ:DVBT:FREQ:OFFSET?", "NORM"},
-        {"READ:DVBT:CREST:MARGIN?", "ADIS CENV CCDF"},
-        {"READ:DVBT:CRES:ACQ?", "ADIS CENV CCDF"},
-        {"READ:DVBT:SPECTRUM:SHO:LOW?", "SP_1 SP_2 SP_3"},
-        {"READ:DVBT:MER:RMS? DB", "HIST PAR"},
-        {"READ:DVBT:MER:PEAK? PCT", "PAR"},
-        {"READ:DVBT:JITTER?", "PAR"},
-        {"READ:DVBT:AMPL_PHAS_GD:VALUE?", "APH AGD"},
-        {"READ:DVBT:IRESPONSE:PEAK?", "IR_1 IR_2 IR_3"},
-    };
-    Bench bench;
-    for (const std::string_view mode : sim::Split(kMeasureModes, ' ')) {
-        bench.Ask("SENS:DVBT:MEAS " + std::string{mode});
-        EXPECT_EQ(bench.Ask("SENS:DVBT:MEAS?"), mode);
-        for (const auto& [query, where] : queries) {
-            EXPECT_EQ(bench.Value(query) != "---", where.find(mode) != where.npos) << mode << " " << query;
+    constexpr std::string_view modes =
+        "NORM CDI MDB MPCT INT IQ APH AGD POL SP_1 SP_2 SP_3 ADIS CCDF IR_1 IR_2 IR_3 HIST PAR CENV";
+    constexpr std::string_view results =
+        "FREQ:OFFS NORM|CRES:MARG ADIS CENV CCDF|CRES:MAX ADIS CENV CCDF|CRES:CURR ADIS CENV CCDF|"
+        "CRES:ACQ ADIS CENV CCDF|SPEC:SHO:LOW SP_1 SP_2 SP_3|SPEC:SHO:UPP SP_1 SP_2 SP_3|SPEC:AVG:COUN SP_1 SP_2 SP_3|"
+        "MER:RMS HIST PAR|MER:PEAK PAR|JITT PAR|IQ:QERR PAR|IQ:IMB PAR|SIGN:NOIS PAR|CARR:SUPP PAR|CARR:SUPP:PHAS PAR|"
+        "AVER:PROG PAR|AMPL_PHAS_GD:VAL APH AGD|IRES:PEAK IR_1 IR_2 IR_3";
+    for (const std::string_view mode : sim::Split(modes, ' ')) {
+        Bench bench;
+        bench.Play("SENS:DVBT:MEAS " + std::string{mode} + "\n+1 *CLS");
+        for (const std::string_view row : sim::Split(results, '|')) {
+            const std::string answer = bench.Ask("READ:DVBT:" + std::string{row.substr(0, row.find(' '))} + '?');
+            EXPECT_EQ(answer != "---", row.find(' ' + std::string{mode}) != row.npos) << mode << ": " << row;
         }
     }
-    bench.Play("SYST:MODE QAM\nSENS:DVBT:MEAS? -> 0\n+1 READ:RF:LEVEL? -> ---");
 }
 
-TEST(Results, FollowTheSignal) {
-    // 4.47 % is 27 dB; 22.118 Mbit/s: EN 300 744, table 17.
-    Bench{}.Play(R"(SENS:DVBT:MEAS PAR
-+1 READ:DVBT:TS:BITRATE? = 22.1177 +-0.001
-READ:DVBT:MER:RMS? DB = 27 +-1
-READ:DVBT:MER:RMS? PCT = 4.47 +-0.5
-READ:DVBT:MER:PEAK? PCT = 17 +-4
-READ:DVBT:BER:ARS? ~ <.*
-READ:DVBT:TPS:CODE:RATE? -> 2/3
-SENS:DVBT:NOISE 16;NOISE:MODE ON
-+1 READ:DVBT:MER:RMS? DB = 15.6 +-0.5
-READ:DVBT:BER:BVIT? ~ [0-9.]+E-[123] .*
-READ:DVBT:BER:BRS? ~ [0-9.]+E-[1234] .*
-SENS:DVBT:NOISE 8
-+1 READ:DVBT:MER:RMS? DB ~ \*.*
-+1 READ:DVBT:BER:BRS? ~ >.*
-READ:DVBT:BER:ARS?;:READ:DVBT:OFDM:UNLOCKED?;:READ:DVBT:MPEG:TS:LOCKED? -> ---;0;0)");
-}
-
-TEST(Results, CarryMarkersForBadLevels) {
-    Bench{}.Play(R"(+1 READ:RF:LEVEL?;:READ:SIGN:RF? ~ -4.*;OK
-signal level -90
-+1 READ:RF:LEVEL?;:READ:SIGN:RF? -> UNDER;UND
-signal level -120
-+1 READ:RF:LEVEL?;:READ:SIGN:RF? -> NORF;NORF
-signal level 50
-+1 READ:RF:LEVEL?;:READ:SIGN:RF? -> OVER;OVER)");
-}
-
-TEST(Results, RepeatWithTheSameSeedAndDialogueOnly) {
-    const auto dialogue = [](unsigned seed) {
-        sim::Configuration configuration;
-        configuration.seed = seed;
-        Bench bench{configuration};
-        std::string answers = bench.Ask("SENS:DVBT:MEAS PAR;MEAS?");
-        for (int i = 0; i < 20; ++i) answers += bench.Ask("READ:DVBT:MER:RMS?;:READ:DVBT:JITTER?;:READ:RF:LEVEL?");
-        return answers;
-    };
-    EXPECT_EQ(dialogue(1), dialogue(1));
-    EXPECT_NE(dialogue(1), dialogue(2));
-}
-
-TEST(Counters, AdvanceWithEveryResult) {
-    Bench bench;  // 2E7 of 1E8 bits with each
-    bench.Play(R"(+1 READ:DVBT:BER:ARS? -> <5.0E-8 (2/10) | <2.5E-8 (4/10) | <1.7E-8 (6/10) | <1.2E-8 (8/10) | <1.0E-8
-READ:DVBT:BER:ARS? -> <1.0E-8
-SENS:DVBT:BER:RES
-READ:DVBT:BER:ARS? -> <5.0E-8 (2/10)
+// 2E7 of 1E8 bits are counted with each result.
+// 22.118 Mbit/s: EN 300 744, table 17, and 20 ppm more. The error vectors (TR 101 290, 9.18) have the power of the
+// noise, 27.5 dB below the signal and 0.6 dB more from the receiver, and of the impairments: 5 degrees of jitter are
+// 0.0076 of the signal's power, 3 degrees and 7 % of the quadrature's errors 0.0019.
+TEST(Results, SettleAndCountAndFollowTheSignal) {
+    Bench{}.Play(R"(READ:DVBT:BER:ARS?;ARS?;ARS?;ARS? -> ---;---;<5.0E-8 (2/10);<2.5E-8 (4/10)
+SENS:FREQ:CENT 474E6
++0.299 READ:RF:LEVEL? -> ---
++0.001 READ:RF:LEVEL?;:READ:DVBT:BER:ARS?;ARS?;ARS?;ARS? ~ -4[67]..;<2.5.*;<1.7.*;<1.2E-8 \(8/10\);<1.0E-8
+SENS:DVBT:BER:RES;:READ:DVBT:BER:ARS? -> <5.0E-8 (2/10)
+signal offset 1000;bitrate 20
++1 READ:DVBT:FREQ:OFFS?;:READ:DVBT:BITR:OFFS?;:READ:DVBT:TS:BITR? ~ (0.99|1.00).;(19.9|20.0).;22.118089
+READ:DVBT:TPS:ORD?;ALPH?;CODE:RATE?;:READ:DVBT:FFT:MODE?;:READ:DVBT:TPS:GUAR:INT? -> 64;1 NH;2/3;8K;1/8
 SENS:DVBT:MEAS PAR
-+1 READ:DVBT:AVERAGE:PROGRESS? -> 10 | 20
-SENS:DVBT:SPEC:AVG:COUN 2;:SENS:DVBT:SPEC:AVG ON;:SENS:DVBT:MEAS SP_1
-+1 READ:DVBT:SPEC:AVG:COUN? -> 1 | 2 | 2
-SENS:DVBT:MEAS CCDF)");
-    const double first = bench.Number("READ:DVBT:CREST:MAX?");
-    for (int i = 0; i < 30; ++i) EXPECT_LE(bench.Number("READ:DVBT:CREST:CURRENT?"), 15);
-    EXPECT_EQ(bench.Value("READ:DVBT:CRES:ACQ?"), "32");
-    EXPECT_GT(bench.Number("READ:DVBT:CREST:MAX?"), first);
++1 READ:DVBT:MER:RMS?;RMS? PCT;PEAK?;:READ:DVBT:AVER:PROG? ~ (26.[89]|27.0);4.[45].;(16.[0-4]|15.[7-9]);40
+SENS:DVBT:NOISE 16;NOISE:MODE ON
++1 READ:DVBT:SIGN:NOIS?;:READ:DVBT:BER:BVIT?;BRS? ~ 15.[67];5.[34]E-2 .*;[0-9.]+E-3 .*
+SENS:DVBT:NOISE 8
++1 READ:DVBT:MER:PEAK?;:READ:DVBT:BER:BRS?;ARS?;:READ:DVBT:OFDM:UNL? ~ \*.*;>2.0E-2;---;0
+signal jitter 5;iq-phase 3;iq-imbalance 7;suppression 20
+SENS:DVBT:NOISE:MODE OFF
++1 READ:DVBT:JITT?;:READ:DVBT:IQ:QERR?;IMB?;:READ:DVBT:MER:RMS? DB ~ (4.9|5.0).;(2.9|3.0).;(6.9|7.0).;19.[2-6]
+signal fft 2k;guard 1/32;qam 16;alpha 2;rate 3/4;lp-rate 5/6;shoulders 20
+READ:DVBT:CARR:SUPP?;:READ:DVBT:TPS:ORD?;ALPH?;CODE:RATE? ~ (19.[5-9]|20.[0-5]);16;2 H;3/4
+SENS:DVBT:MPEG:DATA:OUTP LO;:SENS:DVBT:MEAS SP_1
++1 READ:DVBT:SPEC:SHO:LOW?;:READ:DVBT:CODE:RATE?;:READ:DVBT:FFT:MODE?;:READ:DVBT:TPS:GUAR:INT? ~ (19|20)..;5/6;2K;1/32
+signal level -90
+READ:RF:LEVEL?;:READ:SIGN:RF? -> UNDER;UND
+signal level 50
+READ:RF:LEVEL?;:READ:SIGN:RF? -> OVER;OVER)");
 }
 
-// The last signal is too little for 64-QAM, and enough for the lock.
-TEST(Statistics, AddUpWhileAFaultLasts) {
-    Bench{}.Play(R"(+3600 READ:DVBT:ALAR:STAT? ~ 1:0:0,0:0:0,0.0,0:0:0,0.0,.*
+TEST(Clock, RunsOnWithTheCalendarAndTheStatistics) {
+    Bench{}.Play(R"(SYST:DATE 28,2,28;TIME 23,0,5
++3600 SYST:DATE?;TIME?;:READ:DVBT:ALAR:STAT? ~ 2028,2,29;0,0,5;1:0:0,0:0:0,0.0,0:0:0,0.0,.*
 signal present off
-+1230
-signal present on
++1230 signal present on
 +70 READ:DVBT:ALAR:STAT? ~ 1:21:40(,0:20:30,25.1){6}(,[^,]*){3}
-signal cn 12
-CONF:DVBT:ALAR:RES
-+59 READ:DVBT:ALAR:STAT? ~ 0:0:59,0:0:0,0.0(,0:0:59,100.0){5}(,---){3})");
+CONF:DVBT:ALAR:RES;:READ:DVBT:ALAR:STAT?;:SYST:DATE 99,12,31;DATE? ~ 0:0:0(,0:0:0,0.0){6}(,---){3};1999,12,31)");
 }
 
-TEST(Calendar, RunsOnFromWhereItIsSet) {
-    Bench{}.Play(R"(SYST:DATE 28,2,28;TIME 23,59,50
-SYST:DATE?;TIME? -> 2028,2,28;23,59,50
-+15 SYST:DATE?;TIME? -> 2028,2,29;0,0,5
-SYST:DATE 99,12,31;DATE? -> 1999,12,31)");
-}
-
-TEST(Input, HasTheImpedancesOfItsOption) {
-    Bench{}.Play("INP:ATT:IMP?\nINP:ATT:MODE LSD;MODE? -> LSD");
-    // -47 dBm into 75 ohm, then into 50 ohm, in dBuV; the filter is not fitted.
-    Bench{With("TARN-B3")}.Play(R"(UNIT:LEVEL:POWER DBUV
-+1 READ:RF:LEVEL? = 61.75 +-0.3
-INP:ATT:IMP O50
-+1 READ:RF:LEVEL? = 59.99 +-0.3
-INP:ATT:IMP?;REC NORM;REC?;MODE? -> O50;NORM;IGN
-SENSE:DVBT:FILTER:SAW MHZ7;SAW? -> MHZ8
-SYST:ERR? -> -241,"Hardware missing")");
-}
-
-TEST(Input, AttenuatorFollowsTheLevelUntilItIsSet) {
-    Bench{}.Play(R"(INP:ATT?;ATT:AUTO? -> 10;1
+// -47 dBm are 61.75 dBuV, 1.75 dBmV or 1.223 mV at 75 ohm, 59.99 dBuV at 50 ohm.
+TEST(Input, HasWhatItsOptionsBring) {
+    Bench{"TARN-B1,tarn-b3,TARN-B11,TARN-B13,EXTREF"}.Play(R"(UNIT:LEVEL:POWER DBUV
++1 READ:RF:LEVEL?;:INP:ATT:IMP O50;:READ:RF:LEVEL?;:INP:ATT:IMP O75 ~ 61.[6-9];(59.9|60.[01])
+UNIT:LEV:POW DBMV;:READ:RF:LEV?;:UNIT:LEV:POW MV;:READ:RF:LEV?;:UNIT:LEV:POW DBUW;:READ:RF:LEV? ~ 1.[6-9];1.2.*;-1[67]..
+SENSE:DVBT:FILTER:SAW MHZ7;SAW?;:SYST:ERR? -> MHZ8;-241,"Hardware missing"
+*OPT?;:READ:INFO:DATA?;:INP:ATT?;ATT:AUTO?;DEM:VAL? -> EXTREF,TARN-B1,TARN-B11,TARN-B13,TARN-B3;33554465;10;1;11
+SYST:SERV:GET:BOAR:INFO? -> "0x01 CPU 5.1;0x40 TUNER 3.2;0x83 SAW 6.0 8.0"
 signal level -20
-INP:ATT? -> 35
-INP:ATT 25;ATT?;ATT:AUTO? -> 25;0
-INP:ATT:AUTO ON;:INP:ATT? -> 35)");
-}
-
-TEST(Options, AreShownAsMaskBoardsAndList) {
-    constexpr const char* query = "READ:INFO:DATA?;:SYSTEM:SERVICE:GET:BOARD:INFO? -> ";
-    for (const auto& [list, answer] : {std::pair{"TARN-B1,tarn-b3", R"(33;"0x01 CPU 5.1;0x40 TUNER 3.2")"},
-                                       {"EXTREF,EXTMEM", R"(33619968;"0x01 CPU 5.1;0x40 TUNER 3.2")"},
-                                       {"TARN-B11,TARN-B13", R"(0;"0x01 CPU 5.1;0x40 TUNER 3.2;0x83 SAW 6.0 8.0")"}}) {
-        Bench{With(list)}.Play(std::string{query} + answer);
-    }
-    EXPECT_THROW(sim::InstalledOptions{"TARN-B99"}, std::invalid_argument);
-}
-
-TEST(Responses, ComeFromTheEchoes) {
-    Bench bench;
-    bench.Play("SENS:DVBT:MEAS IR_1\nREAD:DVBT:IRESPONSE:PEAK? ~ \"0.0,0.00(,[^,]*){48}");  // there at once
-    bench.Ask("SENS:DVBT:MEAS APH");
-    const std::string phase = bench.Value("READ:DVBT:AMPL_PHAS_GD:VALUE?");
-    bench.Ask("SENS:DVBT:MEAS AGD");
-    const std::string delay = bench.Value("READ:DVBT:AMPL_PHAS_GD:VALUE?");
-    EXPECT_EQ(phase.substr(0, phase.find(',')), delay.substr(0, delay.find(',')));
-    EXPECT_NE(phase, delay);
-}
-
-TEST(Manual, ParametersAreAutomaticUnlessSetByHand) {
-    Bench{}.Play(R"(SENSE:DVBT:FFT:MODE?;:SENSE:DVBT:GUAR?;ORDER?;CODE:RATE:HP? -> AUTO;AUTO;64;2,3
-SENSE:DVBT:CODE:RATE:MODE MAN
-SENSE:DVBT:FFT:MODE?;:SENSE:DVBT:GUAR? -> F8K;GI8
-SENSE:DVBT:CODE:RATE:HP 5,6;HP? -> 5,6
-SENSE:DVBT:FFT:MODE F2K
-SENSE:DVBT:CARRIER:START_STOP?;:READ:DVBT:OFDM:UNLOCKED? -> 0,1704;1
-+1 READ:DVBT:TPS:FFT:MODE? -> ---)");
+INP:ATT?;ATT:DEM:VAL?;:INP:ATT 25;ATT?;ATT:AUTO?;AUTO ON;:INP:ATT? -> 35;12;25;0;35)");
 }
 
 }  // namespace

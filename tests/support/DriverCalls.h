@@ -34,16 +34,14 @@ inline const Call Calls[] = {
     [](Call::Driver& d, double, double v) { d.put_##name(static_cast<decltype(d.get_##name())>(v)); }},
 #define METHOD(identifier, name, ...) {#name, [](Call::Driver& d, double) { return d.name(), std::string(); }},
 #define FUNCTION(identifier, name, type, ...) {#name, [](Call::Driver& d, double v) { return Text(d.name(static_cast<tarn4x::type>(v))); }},
+#define CONTROL_WITH(arguments, identifier, name, ...) {#name, [](Call::Driver& d, double a) { return Text(d.get_##name(static_cast<tarn4x::TarnStatusHierarchicalModes>(a))); }, \
+    [](Call::Driver& d, double a, double v) { d.put_##name(static_cast<tarn4x::TarnStatusHierarchicalModes>(a), static_cast<tarn4x::TarnStatusCodeRates>(v)); }},
+#define METHOD_WITH(arguments, identifier, name, ...) {#name, [](Call::Driver& d, double) { return d.name(10, 1704), std::string(); }},
 #define READ_WITH(...)
-#define CONTROL_WITH(...)
-#define METHOD_WITH(...)
 #include "driver/Members.def"
-    {"ScreenShot", [](Call::Driver& d, double mode) { std::vector<std::uint8_t> screen; return Text(d.get_ScreenShot(static_cast<tarn4x::TarnScreenShotModes>(mode), screen)); }},
-    {"ImpulseResponseAtten", [](Call::Driver& d, double number) { return Text(d.get_ImpulseResponseAtten(static_cast<std::int16_t>(number))); }},
-    {"ImpulseResponseDelay", [](Call::Driver& d, double number) { return Text(d.get_ImpulseResponseDelay(static_cast<std::int16_t>(number))); }},
-    {"StatusOfdmCodeRate", [](Call::Driver& d, double priority) { return Text(d.get_StatusOfdmCodeRate(static_cast<tarn4x::TarnStatusHierarchicalModes>(priority))); },
-     [](Call::Driver& d, double priority, double v) { d.put_StatusOfdmCodeRate(static_cast<tarn4x::TarnStatusHierarchicalModes>(priority), static_cast<tarn4x::TarnStatusCodeRates>(v)); }},
-    {"MeasureOfdmCarrierRange", [](Call::Driver& d, double) { return d.MeasureOfdmCarrierRange(10, 1704), std::string(); }},
+    {"ScreenShot", [](Call::Driver& d, double a) { std::vector<std::uint8_t> screen; return Text(d.get_ScreenShot(static_cast<tarn4x::TarnScreenShotModes>(a), screen)); }},
+    {"ImpulseResponseAtten", [](Call::Driver& d, double a) { return Text(d.get_ImpulseResponseAtten(static_cast<std::int16_t>(a))); }},
+    {"ImpulseResponseDelay", [](Call::Driver& d, double a) { return Text(d.get_ImpulseResponseDelay(static_cast<std::int16_t>(a))); }},
 };
 // clang-format on
 
