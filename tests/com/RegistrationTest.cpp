@@ -100,12 +100,7 @@ TEST_F(Registering, TakesAllOfItAway) {
 }
 
 TEST_F(Registering, GivesWayToAnotherExistingFile) {
-    const struct {
-        HKEY hive;
-        const wchar_t* server;
-        std::wstring file;
-        HRESULT result;
-    } cases[] = {
+    const std::tuple<HKEY, const wchar_t*, std::wstring, HRESULT> cases[] = {
         {HKEY_LOCAL_MACHINE, L"InprocServer32", Kernel, SELFREG_E_CLASS},
         {HKEY_CURRENT_USER, L"InprocServer32", Kernel, SELFREG_E_CLASS},
         {HKEY_LOCAL_MACHINE, L"InprocServer32", L"kernel32", SELFREG_E_CLASS},
@@ -114,13 +109,13 @@ TEST_F(Registering, GivesWayToAnotherExistingFile) {
         {HKEY_LOCAL_MACHINE, L"InprocServer32", L"C:\\gone\\Seamcfg.dll", S_OK},
         {HKEY_LOCAL_MACHINE, L"InprocServer32", std::wstring(file_).insert(file_.rfind(L'\\'), L"\\."), S_OK},
     };
-    for (const auto& entry : cases) {
-        SCOPED_TRACE(com::Utf8(entry.file));
-        for (const HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) RegDeleteTreeW(hive, L"Software\\Classes");
-        WriteVendor(entry.hive, entry.server, entry.file);
+    for (const auto& [vendors, server, file, result] : cases) {
+        SCOPED_TRACE(com::Utf8(file));
+        for (const auto& [hive, path] : Hives) RegDeleteTreeW(hive, L"Software\\Classes");
+        WriteVendor(vendors, server, file);
         const Entries before = Of(HKEY_LOCAL_MACHINE);
-        EXPECT_EQ(component_.Register(), entry.result);
-        EXPECT_EQ(Of(HKEY_LOCAL_MACHINE) == before, entry.result != S_OK);
+        EXPECT_EQ(component_.Register(), result);
+        EXPECT_EQ(Of(HKEY_LOCAL_MACHINE) == before, result != S_OK);
         EXPECT_EQ(component_.Install(TRUE, L"force"), S_OK);
         EXPECT_EQ(Of(HKEY_LOCAL_MACHINE)[L"\\Seamcfg.clsNode\\CLSID|"], Node);
     }
