@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Checks that docs/members.md and docs/framework.md tell what the built type libraries hold.
-# usage: reference.sh 64|32
+# Checks that docs/members.md and docs/framework.md tell what the built type libraries hold, and docs/registration.md
+# what the components register.
+# usage: reference.sh 64
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
 . "$root/tools/wine.sh"
@@ -8,20 +9,26 @@ set -euo pipefail
 built="$build/$(preset_of "$1")"
 passed=0 failed=0
 
-# page <name> <library>...
+# page <name> <command>...: the page is what the command prints.
 page() {
-    local page="$1" libraries=()
-    shift
-    for library in "$@"; do libraries+=("$(windows_path "$built/idl/$library.tlb")"); done
-    if wine_run "$built/bin/print-members.exe" "${libraries[@]}" 2>/dev/null | tr -d '\r' | diff -u "$root/docs/$page" -; then
+    if "${@:2}" 2>/dev/null | tr -d '\r' | diff -u "$root/docs/$1" -; then
         passed=$((passed + 1))
     else
-        say "docs/$page is out of date: make it anew with build/windows-x64/bin/print-members.exe"
+        say "docs/$1 is out of date: make it anew with print-members.exe or print-registration.exe"
         failed=$((failed + 1))
     fi
 }
 
-page members.md XTarn4x
-page framework.md Seamlib Seamcfg Conduit
+print() { wine_run "$built/bin/print-$1.exe" "${@:2}"; }
+library() { windows_path "$built/idl/$1.tlb"; }
+registered() {
+    sed '/^```/q' "$root/docs/registration.md"
+    for name in "${servers[@]}"; do print registration "$(windows_path "$built/bin/$name.dll")"; done
+    echo '```'
+}
+
+page members.md print members "$(library XTarn4x)"
+page framework.md print members "$(library Seamlib)" "$(library Seamcfg)" "$(library Conduit)"
+page registration.md registered
 say "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]
