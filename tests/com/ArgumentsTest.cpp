@@ -71,7 +71,8 @@ TEST(Arguments, TakeTheScreen) {
     EXPECT_EQ(name({}, {{L"udtMode", tarnTransfer}, {L"bytBuffer", array}}), "80020005");
     EXPECT_EQ(bench.script.Bad, 1u);
     double number = 0;
-    EXPECT_EQ(name({tarnTransfer, Typed(VT_BYREF | VT_R8, &number)}, {}), "80020005");
+    VARIANT real = Typed(VT_BYREF | VT_R8, &number);
+    for (const VARIANT& wrong : {real, Reference(&real)}) EXPECT_EQ(name({tarnTransfer, wrong}, {}), "80020005");
     EXPECT_EQ(name({tarnTransfer, Reference(nullptr)}, {}), "80004003");
 }
 
