@@ -4,8 +4,6 @@
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 build="$root/build"
 logs="$build/log"
-# Objects compiled in one checkout serve another.
-export CCACHE_BASEDIR="$root" CCACHE_NOHASHDIR=1
 mkdir -p "$logs"
 
 say() { printf '%s\n' "$*"; }
