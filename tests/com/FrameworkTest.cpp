@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "platform/com/Categories.h"
 #include "tests/com/Bench.h"
 
 // The framework's objects as hosts, scripts and drivers see them: the host, settings, services and transports.
@@ -8,7 +9,13 @@ namespace {
 
 TEST(Host, FindsAndCreatesDrivers) {
     Script host(Create<IHost>(CLSID_clsHost)), entry(Create<_clsRegister>(CLSID_clsRegister));
-    EXPECT_EQ(host.Get(L"Drivers"), "array");  // which scripts go through
+    const auto categories = Create<ICatRegister>(CLSID_StdComponentCategoriesMgr);
+    CATID category = com::DriverCategory;
+    EXPECT_EQ(categories->RegisterClassImplCategories(CLSID_clsTarn4x, 1, &category), S_OK);
+    EXPECT_EQ(host.Get(L"Drivers"), "array");
+    EXPECT_EQ(host.Result.parray->rgsabound[0].cElements, 1U)
+        << "one component, although two of its classes are drivers";
+    EXPECT_EQ(categories->UnRegisterClassImplCategories(CLSID_clsTarn4x, 1, &category), S_OK);
     EXPECT_EQ(host.Get(L"Describe", {"XTarn4x"}), "Tarn4x");
     EXPECT_EQ(entry.All({L"IRegister_GetClassName", L"IRegister_GetClassDescription"}), "clsTarn4x|Tarn4x");
     EXPECT_EQ(host.Object(L"CreateDriver", {"XTarn4x"}).Get(L"FormatFftMode", {1}), "8K");
