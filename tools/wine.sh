@@ -115,10 +115,12 @@ register_servers() {
     done 3< <(server_files "$bitness")
 }
 
-# ensure_registered: registers the four components of each bitness with that bitness's own regsvr32, when they changed.
+# ensure_registered [<bitness>...]: registers the four components of each bitness with that bitness's own regsvr32, when
+# they changed.
 ensure_registered() {
-    local bitness stamp sums
-    for bitness in $(bitnesses); do
+    local bitness stamp sums all
+    mapfile -t all < <(bitnesses)
+    for bitness in "${@-${all[@]}}"; do
         stamp="$WINEPREFIX/registered-$bitness"
         sums="$(server_files "$bitness" | tr '\n' '\0' | xargs -0 sha256sum)"
         [ "$sums" != "$(cat "$stamp" 2>/dev/null)" ] || continue
