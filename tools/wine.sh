@@ -4,6 +4,8 @@
 
 # shellcheck disable=SC2154 # tools/lib.sh sets build and logs.
 export WINEPREFIX="$build/wine"
+# File names and the user's language are the same on every machine.
+export LC_ALL=C.UTF-8
 export WINEDEBUG="${WINEDEBUG:--all}"
 # No offers to download browser engines, no menu entries in the user's desktop, no debugger that waits beside a program
 # that crashed.
