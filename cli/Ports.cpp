@@ -11,7 +11,8 @@ namespace {
 std::vector<host::NamedPort> AllPorts() {
     auto ports = host::NamedPorts();
     for (auto& port : SystemPorts()) {
-        if (std::ranges::find(ports, port.Name, &host::NamedPort::Name) == ports.end()) ports.push_back(port);
+        const auto isPort = [&](const auto& named) { return host::IsSamePort(named.Name, port.Name); };
+        if (std::ranges::none_of(ports, isPort)) ports.push_back(port);
     }
     std::ranges::sort(ports, {}, [](const auto& port) { return std::pair(port.Name.size(), port.Name); });
     return ports;

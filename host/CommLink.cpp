@@ -22,8 +22,6 @@ class DeviceServerLink final : public TcpLink {
     void Resynchronise(Patience& patience) override { ReadUntilQuiet(*this, patience); }
 };
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 'a' - 'A') : c; }
-
 std::string PortName(platform::SettingsNode& settings) {
     auto name = SettingText(settings, "Comm Port");
     const bool isNumber = std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; });
@@ -33,7 +31,7 @@ std::string PortName(platform::SettingsNode& settings) {
 /// What a port of that name stands for: itself, unless the user has named it.
 std::string TargetOf(const std::string& name) {
     for (const auto& named : NamedPorts()) {
-        if (std::ranges::equal(named.Name, name, {}, Lower, Lower)) return named.Target;
+        if (IsSamePort(named.Name, name)) return named.Target;
     }
     return name;
 }
