@@ -14,6 +14,12 @@ export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d"
 # Seconds after which a program under Wine is taken for hung.
 wine_limit=120
 
+# Wine needs the page at 0x7FFE0000, and its loader lies at 0x7D000000. Linux puts the heap at random within a gigabyte
+# behind a program: one start in some thousands finds the page taken and ends with exit code 1 and no text. Without that
+# randomness the heap begins right behind the loader, for all processes that this one starts too.
+fixed_layout=(setarch -R)
+"${fixed_layout[@]}" true 2>/dev/null || fixed_layout=()
+
 servers=(Seamcfg Seamlib Conduit XTarn4x)
 programs=(tarn4x tarn4x-sim)
 wine_libraries="/usr/lib/x86_64-linux-gnu/wine"
@@ -35,7 +41,7 @@ wine_run() {
     local output code=0
     output="$(mktemp -d "$logs/wine.XXXXXX")"
     wineserver -p30 >/dev/null 2>&1 </dev/null || true
-    timeout -k 5 "$wine_limit" wine "$@" >"$output/1" 2>"$output/2" || code=$?
+    timeout -k 5 "$wine_limit" "${fixed_layout[@]}" wine "$@" >"$output/1" 2>"$output/2" || code=$?
     cat "$output/1"
     cat "$output/2" >&2
     rm -rf "$output"

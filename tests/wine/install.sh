@@ -14,20 +14,21 @@ passed=0 failed=0
 
 # check <name> <command>...
 check() {
-    local name="$1"
+    local name="$1" code=0
     shift
-    if "$@" >"$work/output" 2>&1 </dev/null; then
+    "$@" >"$work/output" 2>&1 </dev/null || code=$?
+    if [ "$code" -eq 0 ]; then
         passed=$((passed + 1))
     else
         failed=$((failed + 1))
-        say "FAILED: $name" "$(head -n 20 "$work/output")"
+        say "FAILED: $name (exit code $code)" "$(head -n 20 "$work/output")"
     fi
 }
 unless() { ! "$@"; }
 
 # prints <text> <command>...: the command's output holds the text.
 prints() {
-    "${@:2}" | tr -d '\r' | tee "$work/printed"
+    "${@:2}" | tr -d '\r' | tee "$work/printed" || echo "(exit code $?)"
     grep -qF -- "$1" "$work/printed"
 }
 
