@@ -17,7 +17,7 @@ struct Size {
 Size GetSize();
 /// Moves the cursor of the terminal behind the standard output up by so many lines, to the beginning of a line.
 void MoveUp(std::size_t lines);
-/// Makes the terminal understand UTF-8.
+/// Before anything else: makes the terminal understand UTF-8 and the standard streams safe to print to.
 void Prepare();
 
 }  // namespace cli::terminal

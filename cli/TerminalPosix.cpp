@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -30,6 +31,12 @@ Size GetSize() {
 
 void MoveUp(std::size_t lines) { std::printf("\x1B[%zuA\r", lines); }
 
-void Prepare() {}
+// A socket or a file that is opened takes the number of a standard stream that the caller closed, and would get what is
+// printed: the receiver its own values. Such streams are filled with one that cannot be written.
+void Prepare() {
+    int file = open("/dev/null", O_RDONLY);
+    while (file >= 0 && file <= STDERR_FILENO) file = open("/dev/null", O_RDONLY);
+    if (file > STDERR_FILENO) close(file);
+}
 
 }  // namespace cli::terminal
