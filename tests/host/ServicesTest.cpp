@@ -25,16 +25,16 @@ TEST(Application, DelaysUntilTheUserStops) {
     for (int i = 0; i < 2; ++i) application.Delay(1e30F);  // the second time, the stop still holds
     EXPECT_THAT(application.Waits, testing::ElementsAre(50ms, 50ms, 50ms));
     application.SetAbortRequested(false);
-    application.SetDelayScale(1e-9);
+    application.SetDelayScale(4.5e-9);
     application.Delay(1e7F);
-    EXPECT_THAT(application.Waits, testing::Contains(testing::Le(10ms)));
+    EXPECT_THAT(application.Waits, testing::Contains(testing::Le(45ms)));
     for (const double bad : {-1.0, std::nan("")}) {
         EXPECT_EQ(Raised([&] { application.SetDelayScale(bad); }),
                   "5 Seamlib.clsApplication: The factor on delays may not be negative");
         EXPECT_EQ(Raised([&] { application.Delay(static_cast<float>(bad)); }),
                   "5 Seamlib.clsApplication: The time of a delay may not be negative");
     }
-    EXPECT_EQ(application.DelayScale(), 1e-9);
+    EXPECT_EQ(application.DelayScale(), 4.5e-9);
 }
 
 TEST(Application, SuspendsOnlyTheRunningState) {

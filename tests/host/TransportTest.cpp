@@ -227,7 +227,7 @@ TEST(Transport, EndsAWaitQuietlyWhenTheUserStops) {
     for (const std::int16_t block : {std::int16_t{-1}, std::int16_t{100}}) {
         Bench bench;
         EXPECT_EQ(bench.Query("A|<stop>", block), "");
-        EXPECT_EQ(bench.link.LongestWait, 50ms);
+        EXPECT_THAT(bench.link.LongestWait, testing::AllOf(testing::Gt(0ms), testing::Le(50ms)));
         bench.link.Stopped = false;
         EXPECT_EQ(bench.Query("A 2\n"), "A 2");
         EXPECT_EQ(bench.link.Resynchronised, 1);
