@@ -3,6 +3,8 @@
 
 namespace {
 
+using tarn4x::clsTarn4x;
+
 /// What reading the level gives until it gives a value, each outcome once: "Get MeasureRfLevel failed, -22".
 std::string ReadLevel(clsTarn4x& driver) {
     std::string outcomes;
