@@ -101,6 +101,7 @@ TEST(Transport, TakesAnswersHoweverTheyArrive) {
                                                          {"a\rb\n", "a\rb"},
                                                          {"\r\r\n", "\r"},
                                                          {"\xB5s \xFF\x7F\x80\n", "\xC2\xB5s \xC3\xBF\x7F\xC2\x80"},
+                                                         {"\x80\n", "\xC2\x80"},
                                                          {"a\0b\n"s, "a\0b"s},
                                                          {std::string(1 << 20, 'x') + '\n', std::string(1 << 20, 'x')}};
     Bench bench;
