@@ -52,7 +52,6 @@ double clsTarn4x::ReadResponse(Members member, double ParsedAnswer::*value) {
 // ---- Impulse response ----
 
 void clsTarn4x::MeasureTdImpulseResponse() {
-    ForgetPrefix();
     RequireMode(Members::MeasureTdImpulseResponse);
     ForgetPrefix();
     Guarded(MethodOf(Members::MeasureTdImpulseResponse), [&] {
