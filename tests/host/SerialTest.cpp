@@ -111,6 +111,8 @@ TEST_F(Serial, HasPortsThatTheUserNames) {
     EXPECT_EQ(One.Open(), "");
     EXPECT_EQ(One.Write("Q 1\n"), "4");
     EXPECT_EQ(One.Read(0ms), "");
+    One.Bytes.Close();
+    EXPECT_FALSE(One.Bytes.IsOpen());
     Other.Set("Comm Port", 4);
     EXPECT_EQ(Other.Open(), "");
     EXPECT_EQ(Other.Write("Q 2\n"), "4");
