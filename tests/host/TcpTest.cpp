@@ -36,6 +36,7 @@ TEST(TcpLink, GivesUpADeadAddress) {
         links.emplace_back(busy.Port).Set("Connect Timeout", 0.2);
         reason = links.back().Open();
     }
+    links.back().Set("Connect Timeout", 20);
     links.back().Services.AbortRequested = [] { return true; };
     EXPECT_THROW(links.back().Open(), host::Aborted);
     EXPECT_FALSE(links.back().Bytes.IsOpen());
@@ -54,8 +55,8 @@ TEST(TcpLink, MovesWhatGoesAndTellsWhenThePeerIsGone) {
             other.Send("A 1\n");
             EXPECT_EQ(link.Read(20s, 3), "A 1");
             EXPECT_EQ(link.Read(0ms), "\n");
-            while (breaksOff && link.Write(std::string(1 << 20, 'x'), 0ms) != "0") continue;  // fills the buffers
-            EXPECT_EQ(breaksOff ? link.Write("x", 1ms) : "0", "0");
+            // Until the buffers are full: while bytes are under way, room may come again in the meantime.
+            while (breaksOff && link.Write(std::string(1 << 20, 'x'), 1ms) != "0") continue;
         }  // with bytes that it has not taken, the peer breaks the connection off
         EXPECT_THAT(link.Read(), StartsWith(breaksOff ? "2015 " : "2015 The instrument closed"));
         EXPECT_THAT(link.Write("Q 2\n"), StartsWith(breaksOff ? "2015 Writing failed: " : "4"));

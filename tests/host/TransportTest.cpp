@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 struct ScriptedLink : host::ByteLink {
     void Open(host::Patience& patience) override {
         ++Openings;
-        while (OpensLate && !patience.Over()) patience.Slice();
+        while (OpensLate && !patience.Over()) std::this_thread::sleep_for(patience.Slice());
         if (Refusals > 0 && Refusals-- > 0) throw host::OpeningFailure{"switched off"};
         Opened = true;
     }
@@ -246,7 +246,7 @@ TEST(Transport, BridgesAnOutageForOneTimeout) {
     EXPECT_THAT(bench.pauses, testing::Each(testing::AllOf(testing::Gt(0ms), testing::Le(50ms))));
     bench.link.Arriving = "<lost>";
     bench.link.OpensLate = true;
-    bench.transport.SetTimeout(0.2F);
+    bench.transport.SetTimeout(1.0F);
     EXPECT_EQ(bench.Query("2||.5\n"), "2.5") << "the query has a time of its own";
     EXPECT_EQ(bench.Log(), OpenedAgain + OpenedAgain);
     bench.transport.SetTimeout(0.0F);
