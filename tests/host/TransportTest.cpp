@@ -264,6 +264,10 @@ TEST(Transport, IsGivenUpWhenItIsLostAgainAndAgainOnOneCommand) {
         EXPECT_EQ(bench.Query("A\n", -1, "Q 2"), "A");  // says nothing about the other
     }
     for (int i = 0; i < 12; ++i) EXPECT_EQ(bench.Query(i % 5 < 4 ? "<lost>" : "A\n"), i % 5 < 4 ? lost : "A");
+    for (int i = 0; i < 12; ++i) {
+        if (i % 5 == 0) bench.transport.Connect(true);
+        EXPECT_EQ(bench.Query("<lost>"), lost) << "the user has begun anew";
+    }
 }
 
 TEST(Transport, RefusesACallFromWithinAnother) {
