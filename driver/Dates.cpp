@@ -53,8 +53,7 @@ Date DateFromTime(int hour, int minute, int second) { return ((hour * 60.0 + min
 
 Date DateFromDay(int year, int month, int day) {
     if (year >= 0 && year < 100) year += year < 30 ? 2000 : 1900;
-    const auto first = std::chrono::year(year) / 1 / 1;
-    const auto ofMonth = std::chrono::year_month(first.year(), first.month()) + std::chrono::months(month - 1);
+    const auto ofMonth = std::chrono::year(year) / 1 + std::chrono::months(month - 1);
     const sys_days date = sys_days(ofMonth / 1) + std::chrono::days(day - 1);
     return Checked(static_cast<double>((date - DayZero).count()));
 }

@@ -32,7 +32,7 @@ TEST(ScreenShot, CapturesAndTransfers) {
 }
 
 TEST(ScreenShot, RefusesABadHeader) {
-    for (const char* block : {"", "x15abcde", "#0", "#:", "#500000"}) {
+    for (const char* block : {"", "x15abcde", "#0", "#:0000000001a", "#500000"}) {
         ScreenBench bench(block);
         CHECK(bench, "", Read(tarnTransfer), Failed);
         EXPECT_EQ(bench.Bytes(), "-") << block;
